@@ -16,7 +16,7 @@ enum SectionKind { KEYSECT = 0, TBLSECT = 1, PWRSECT = 2 };
 const char* SectionKindWord(SectionKind kind);
 
 class PD_BASE {
-public:
+  public:
     PD_BASE() = default;
     explicit PD_BASE(const char* n) : name(n ? n : "") {}
     virtual ~PD_BASE() = default;
@@ -27,7 +27,7 @@ public:
 };
 
 class PD_SECTION : public virtual PD_BASE {
-public:
+  public:
     virtual SectionKind GetSectionKind() const = 0;
     // A deep copy of the section, of its own kind.
     virtual PD_SECTION* Clone() const = 0;
@@ -35,7 +35,7 @@ public:
 
 // Key to value, unique keys, file order.
 class PD_KEYSECT : public PD_SECTION {
-public:
+  public:
     PD_KEYSECT() = default;
     explicit PD_KEYSECT(const char* n) : PD_BASE(n) {}
     SectionKind GetSectionKind() const override { return KEYSECT; }
@@ -55,15 +55,17 @@ public:
 
     std::vector<std::pair<std::string, std::string>> keys;
 
-private:
-    void Reindex();
-    std::unordered_map<std::string, int> index_;
+  private:
+    friend struct PD_FORMAT;
+    void Reindex() const;
+    mutable std::unordered_map<std::string, int> index_;
+    mutable bool index_valid_ = false;
 };
 
 // A table of text cells. A cell may keep its full-precision text behind the
 // text it shows (see SetRoundedValueAt).
 class PD_TABLE : public virtual PD_BASE {
-public:
+  public:
     struct Cell {
         std::string text;
         std::string full;  // empty: the text is the full value
@@ -110,14 +112,15 @@ public:
     std::vector<std::string> columns;
     std::vector<Row> rows;
 
-private:
+  private:
+    friend struct PD_FORMAT;
     void Reindex() const;
     mutable std::unordered_map<std::string, int> column_index_;
     mutable bool column_index_valid_ = false;
 };
 
 class PD_TBLSECT : public PD_SECTION, public PD_TABLE {
-public:
+  public:
     PD_TBLSECT() = default;
     explicit PD_TBLSECT(const char* n) : PD_BASE(n) {}
     SectionKind GetSectionKind() const override { return TBLSECT; }
@@ -139,8 +142,8 @@ struct PD_DCBLOCK {
 };
 
 struct PD_MEMBER {
-    std::string name;             // may carry "@" and a device pattern
-    std::vector<PD_COEF> coefs;   // one per supply, in supply order
+    std::string name;            // may carry "@" and a device pattern
+    std::vector<PD_COEF> coefs;  // one per supply, in supply order
 };
 
 struct PD_SUPPLYBLOCKS {
@@ -150,7 +153,7 @@ struct PD_SUPPLYBLOCKS {
 };
 
 class PD_PWRSECT : public PD_SECTION {
-public:
+  public:
     PD_PWRSECT() = default;
     explicit PD_PWRSECT(const char* n) : PD_BASE(n) {}
     SectionKind GetSectionKind() const override { return PWRSECT; }
@@ -194,14 +197,15 @@ public:
     std::vector<PD_MEMBER> members;
     std::vector<PD_SUPPLYBLOCKS> blocks;  // one per supply
 
-private:
+  private:
+    friend struct PD_FORMAT;
     void Reindex() const;
     mutable std::unordered_map<std::string, int> supply_index_, member_index_;
     mutable bool index_valid_ = false;
 };
 
 class PD_DATA {
-public:
+  public:
     PD_DATA() = default;
     ~PD_DATA();
     PD_DATA(const PD_DATA&) = delete;
@@ -232,7 +236,8 @@ public:
 
     std::vector<PD_SECTION*> sections;
 
-private:
+  private:
+    friend struct PD_FORMAT;
     void Reindex() const;
     mutable std::unordered_map<std::string, int> index_;
     mutable bool index_valid_ = false;
