@@ -1,0 +1,126 @@
+#include "pc_families.h"
+
+#include <cstring>
+#include <initializer_list>
+
+namespace pwc {
+namespace {
+
+using List = std::initializer_list<const char*>;
+
+bool InList(const std::string& text, List list) {
+    for (const char* name : list)
+        if (text == name) return true;
+    return false;
+}
+
+bool HoldsAny(const std::string& text, List list) {
+    for (const char* part : list)
+        if (text.find(part) != std::string::npos) return true;
+    return false;
+}
+
+// The low-power families: six-digit rounding and device-wide standby controls
+// go together for exactly these.
+const List kLowPowerFamilies = {"Quenra2", "Quenra3L", "Quenra3LF", "Orvan4",   "Rail Keeper 2",
+                                "Orvan4U", "Orvan4UM", "Orvan5U",   "Orvan5UM", "Orvan5UM5G",
+                                "Jorvik",  "JorvikF",  "Quenra3D",  "Dunmar"};
+const List kBandgapPorFamilies = {"Quenra2",       "Quenra3L", "Quenra3LF",
+                                  "Rail Keeper 2", "Quenra3D", "Dunmar"};
+const List kDefaultMclkRowFamilies = {"Quenra2", "Quenra3L", "Quenra3LF",  "Quenra3D",
+                                      "Dunmar",  "Orvan4",   "Orvan4U",    "Orvan4UM",
+                                      "Orvan5U", "Orvan5UM", "Orvan5UM5G", "Rail Keeper 2"};
+const List kTwoPllKeyFamilies = {"Quenra2", "Quenra3L",      "Quenra3LF", "Quenra3D",
+                                 "Dunmar",  "Rail Keeper 2", "Jorvik",    "JorvikF"};
+const List kSerdesStandbyFamilies = {"Orvan4",  "Orvan4U",  "Orvan4UM",
+                                     "Orvan5U", "Orvan5UM", "Orvan5UM5G"};
+const List kDualPcsFamilies = {"Orvan4UM", "Orvan5UM", "Orvan5UM5G"};
+const List kDphyFamilies = {"Jorvik", "JorvikF"};
+const List kSingleDphyPackages = {"CTFBGA80", "CSFBGA81", "CKFBGA80", "UCFBGA64"};
+const List kAscCurrentFamilies = {"Rail Keeper 2", "Quenra3D", "Quenra3LF"};
+const List kCoreSupplyTailFamilies = {"Tavik", "Quenra"};
+
+struct FamilyArch {
+    const char* family;
+    const char* arch;
+};
+const FamilyArch kFamilyArch[] = {
+    {"Orvan2", "rv7a00"},    {"Orvan2S", "rv7a00s"}, {"Orvan3", "rv7c00"},    {"OrvanA", "rv7g00"},
+    {"OrvanB", "rv7g00p"},   {"Orvan2M", "rv7m00"},  {"Orvan2MS", "rv7m00s"}, {"Tavik2", "kt7a00"},
+    {"Quenra3H", "zn3c00h"}, {"Tavik", "kt7g00"},    {"Quenra", "hq7g00"},    {"BelmirM", "gy7s00"},
+    {"Belmir", "gy7s00"},
+};
+
+const List kWideVoltageArchs = {"bf7p00", "bf7p00m", "bf7p00g"};
+
+}  // namespace
+
+bool IsSixDigitFamily(const std::string& f) {
+    return InList(f, kLowPowerFamilies);
+}
+bool HasStandbyControls(const std::string& f) {
+    return InList(f, kLowPowerFamilies);
+}
+bool HasBandgapPorTables(const std::string& f) {
+    return InList(f, kBandgapPorFamilies);
+}
+
+bool HasMclkTable(const std::string& f) {
+    if (IsJorvikFamily(f)) return false;
+    return InList(f, kBandgapPorFamilies) || f == "Orvan4" || IsOrvan4UOr5UFamily(f);
+}
+
+bool HasMclkWithoutStandby(const std::string& f) {
+    return IsOrvan4UOr5UFamily(f);
+}
+bool GetsDefaultMclkRow(const std::string& f) {
+    return InList(f, kDefaultMclkRowFamilies);
+}
+bool HasTwoPllStandbyKeys(const std::string& f) {
+    return InList(f, kTwoPllKeyFamilies);
+}
+bool HasSerdesStandbyControls(const std::string& f) {
+    return InList(f, kSerdesStandbyFamilies);
+}
+bool HasQuadPcsStandby(const std::string& f) {
+    return f == "Orvan4";
+}
+bool HasDualPcsStandby(const std::string& f) {
+    return InList(f, kDualPcsFamilies);
+}
+bool HasDphy(const std::string& f) {
+    return InList(f, kDphyFamilies);
+}
+bool IsJorvikFamily(const std::string& f) {
+    return f.find("Jorvik") != std::string::npos;
+}
+bool IsOrvan4UOr5UFamily(const std::string& f) {
+    return HoldsAny(f, {"Orvan4U", "Orvan5U"});
+}
+bool UsesPowerCategory(const std::string& f) {
+    return f == "Dunmar";
+}
+bool HasCoreSupplyDeviceTail(const std::string& f) {
+    return InList(f, kCoreSupplyTailFamilies);
+}
+
+bool SavesAscCurrent(const std::string& family, const std::string& device) {
+    if (InList(family, kAscCurrentFamilies)) return true;
+    return family == "Quenra2" && device.find("HC") != std::string::npos;
+}
+
+bool IsSingleDphyPackage(const std::string& p) {
+    return InList(p, kSingleDphyPackages);
+}
+
+std::string ArchNameOfFamily(const std::string& family) {
+    for (const FamilyArch& fa : kFamilyArch)
+        if (family == fa.family) return fa.arch;
+    return family;
+}
+
+const char* VoltageListOfArch(const std::string& arch) {
+    return InList(arch, kWideVoltageArchs) ? "1.2_1.35_1.5_1.8_2.5_3.3" : "1.2_1.5_1.8_2.5_3.3";
+}
+
+}  // namespace pwc

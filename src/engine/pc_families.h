@@ -1,0 +1,56 @@
+// Family and architecture lists. Each list the engine tests by name lives here
+// once, as data, behind a named question; code never repeats a name chain.
+#ifndef PWC_PC_FAMILIES_H
+#define PWC_PC_FAMILIES_H
+
+#include <string>
+
+namespace pwc {
+
+// Family display names ---------------------------------------------------
+
+// Cells of these families are rounded to "%.6lf", all others to "%.4lf".
+bool IsSixDigitFamily(const std::string& family);
+// Families that write the device-wide standby controls of a project.
+bool HasStandbyControls(const std::string& family);
+// Families whose projects gain "BANDGAP" and "POR" tables when they lack them.
+bool HasBandgapPorTables(const std::string& family);
+// Families whose projects gain an "MCLK" table (with or without "STANDBY").
+bool HasMclkTable(const std::string& family);
+// "MCLK" without its "STANDBY" column.
+bool HasMclkWithoutStandby(const std::string& family);
+// Families whose empty "MCLK" table gets one row of defaults at set-up.
+bool GetsDefaultMclkRow(const std::string& family);
+// Families with the two-key PLL standby map ("DisablePLL0", "DisablePLL1").
+bool HasTwoPllStandbyKeys(const std::string& family);
+// Families with the quad/dual SERDES channel and hard-IP standby controls.
+bool HasSerdesStandbyControls(const std::string& family);
+bool HasQuadPcsStandby(const std::string& family);  // quad channels: "Orvan4"
+bool HasDualPcsStandby(const std::string& family);  // dual channels
+// Families with MIPI D-PHY supplies and standby keys.
+bool HasDphy(const std::string& family);
+// Substring families: "Jorvik" also covers "JorvikF".
+bool IsJorvikFamily(const std::string& family);
+bool IsOrvan4UOr5UFamily(const std::string& family);
+// The family that reads its supplies from "POWER CATEGORY".
+bool UsesPowerCategory(const std::string& family);
+// Families whose "Vcc" and "Vccpll" names carry the " c"/" e" device tail.
+bool HasCoreSupplyDeviceTail(const std::string& family);
+// Families that save "ASC CURRENT" (Quenra2 only with an "HC" device).
+bool SavesAscCurrent(const std::string& family, const std::string& device);
+
+// Packages with one D-PHY instead of two.
+bool IsSingleDphyPackage(const std::string& package);
+
+// Family to archName for the families found without an open device; any
+// other family text is its own archName.
+std::string ArchNameOfFamily(const std::string& family);
+
+// Architectures ----------------------------------------------------------
+
+// I/O voltage list of the architecture.
+const char* VoltageListOfArch(const std::string& arch);
+
+}  // namespace pwc
+
+#endif
