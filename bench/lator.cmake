@@ -1,0 +1,1 @@
+pwc_bench(bench_lator SOURCES bench_lator.cpp AREAS pwc_lator)
