@@ -1,0 +1,68 @@
+// Building engines on the bundled sample devices.
+#ifndef PWC_TESTS_ENGINE_FIXTURE_H
+#define PWC_TESTS_ENGINE_FIXTURE_H
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "baspcengin.h"
+#include "pd_util.h"
+
+namespace pwctest {
+
+struct DeviceStrings {
+    std::string arch = "zn2c00";
+    std::string family = "Quenra2";
+    std::string device = "KZQ2-1200HC";
+    std::string package = "CABGA256";
+    std::string speed = "2";
+    std::string operating = "Commercial";
+    std::string part = "KZQ2-1200HC-2CABGA256C";
+
+    // The seven texts as the constructor takes them; valid while *this lives.
+    char** Array() {
+        ptrs[0] = &arch[0];
+        ptrs[1] = &family[0];
+        ptrs[2] = &device[0];
+        ptrs[3] = &package[0];
+        ptrs[4] = &speed[0];
+        ptrs[5] = &operating[0];
+        ptrs[6] = &part[0];
+        return ptrs;
+    }
+    char* ptrs[7] = {};
+};
+
+inline std::string DevicesDir() {
+    return std::string(PWC_TEST_DATA_DIR) + "/devices";
+}
+
+// A project loaded from a file of the sample data.
+inline std::unique_ptr<PD_DATA> LoadProject(const std::string& path) {
+    auto data = std::make_unique<PD_DATA>();
+    EXPECT_TRUE(data->LoadTxtFile(path.c_str())) << path;
+    return data;
+}
+
+inline std::unique_ptr<PD_DATA> DefaultProject(const std::string& arch = "zn2c00") {
+    return LoadProject(DevicesDir() + "/" + arch + ".pcf");
+}
+
+inline std::unique_ptr<PC_ENG> MakeEngine(DeviceStrings& d, PD_DATA* project,
+                                          const std::string& oldFamily = "") {
+    return std::make_unique<PC_ENG>(d.Array(), project, "Calculation", false, "", "", "", "", "",
+                                    "", nullptr, nullptr, nullptr, oldFamily, false, "", "");
+}
+
+// Points the data directory at the sample devices for every test.
+class SampleDataEnvironment : public ::testing::Environment {
+  public:
+    void SetUp() override { setenv("PWC_DATA_DIR", DevicesDir().c_str(), 1); }
+};
+
+}  // namespace pwctest
+
+#endif
