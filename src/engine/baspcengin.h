@@ -181,6 +181,10 @@ class PC_ENG {
     std::string* KValue(const std::string& kName);
     void ResetConstants();
 
+    // ---- Saving (eng_save.cpp) --------------------------------------------
+    PD_DATA* SaveAs(const char* path, int format);
+    PD_DATA* SaveAsTempPCF();
+
     // ---- Totals (eng_totals.cpp) ---------------------------------------
     int UpdatePeakStartupTable();
     int MergePFRPwr(const std::string& path, const std::string& name);
@@ -191,8 +195,30 @@ class PC_ENG {
     // ("?" in the table matches any character); "0" when none.
     std::string GetTheta(const std::string& key, const std::string& column) const;
 
-    // ---- Equations (baspcformula/eng_equations.cpp) ----------------------
+    // ---- Current models (baspcformula/*.cpp) -----------------------------
+    // Each file of baspcformula defines the members of its kind: equations
+    // (look-up, forms, constants), dynamic, leakage, bias, and the per-block
+    // process members.
     void Detect5thpolyEquation();
+    void InitConstants(const std::vector<std::string>& names,
+                       const std::vector<std::string>& values);
+    double ProcessLogicDynVcc(const std::string& panel, const std::vector<std::string>& names,
+                              const std::vector<std::string>& values, const std::string& supply);
+    double ProcessLogicLeakUsedVcc(const std::string& panel,
+                                   const std::vector<std::string>& names,
+                                   const std::vector<std::string>& values,
+                                   const std::string& supply);
+    double ProcessLogicBiasUsedVcc(const std::string& panel,
+                                   const std::vector<std::string>& names,
+                                   const std::vector<std::string>& values,
+                                   const std::string& supply);
+    double ProcessLogicLeakUnused(const std::string& panel, const std::vector<std::string>& names,
+                                  const std::vector<std::string>& values,
+                                  const std::string& supply);
+    double ProcessLogicBiasUnused(const std::string& panel, const std::vector<std::string>& names,
+                                  const std::vector<std::string>& values,
+                                  const std::string& supply);
+    // ---- end of current models -------------------------------------------
 
     // ---- Tab calculators (eng_logic.cpp, ...) ----------------------------
     void LogicBlockCalculation();
