@@ -73,7 +73,6 @@ TEST(DataUtil, DataFilesAreFoundInTheDataDirectory) {
     PD_UTIL::GetFilenameRTF(other);
     EXPECT_STREQ(other, "/env/dir/zn2c00.pqn");
     setenv("PWC_DATA_DIR", std::string(PD_UTIL::kFilenameSize, 'd').c_str(), 1);
-    PD_UTIL::GetFilenameRTF(other + 0 * sizeof other);
     char tooLong[PD_UTIL::kFilenameSize] = "x.pwr";
     PD_UTIL::GetFilenameRTF(tooLong);
     EXPECT_STREQ(tooLong, "x.pwr");

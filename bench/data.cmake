@@ -1,0 +1,1 @@
+pwc_bench(bench_data SOURCES bench_data.cpp AREAS pwc_data)
