@@ -34,6 +34,8 @@ class PD_UTIL {
     // DeleteArray.
     static char** GetArrayOfTokens(const char* text, const char* delimiters, int* count);
     static void DeleteArray(char** array, int count);
+    // Blanks here are space, tab, CR and LF: CleanEntry strips them at both
+    // ends in place, FilterBlank removes them all.
     static void CleanEntry(char* text);
     static void FilterBlank(std::string& text);
     // 0 when equal in length and every position matches or the pattern
