@@ -346,3 +346,17 @@ TEST(DataFormat, EveryCutAndCorruptionOfABinaryFileIsSafe) {
               std::string::npos)
         << err;
 }
+
+TEST(DataFormat, PaddingIsBoundedByTheFileSize) {
+    std::string text = "#PWC-DATA 1\n[TBLSECT \"wide\"]\nc0";
+    for (int c = 1; c < 2000; ++c) text += ",c" + std::to_string(c);
+    text += "\n";
+    PD_DATA d;
+    ASSERT_TRUE(d.ParseText(text + "x\n", "wide"));
+    for (int r = 0; r < 100; ++r) text += "x\n";
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(d.ParseText(text, "wide"));
+    EXPECT_NE(testing::internal::GetCapturedStderr().find(
+                  "too many implied cells for the size of the file"),
+              std::string::npos);
+}

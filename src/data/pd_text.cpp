@@ -46,7 +46,8 @@ std::string* DcLetter(PD_DCBLOCK& b, int i) {
 
 class PD_FORMAT::TextReader {
   public:
-    TextReader(PD_DATA& data, const std::string& text) : data_(data), text_(text) {}
+    TextReader(PD_DATA& data, const std::string& text)
+        : data_(data), text_(text), budget_(16 * static_cast<long long>(text.size()) + 4096) {}
 
     bool Run(std::string* error);
 
@@ -77,6 +78,14 @@ class PD_FORMAT::TextReader {
     const char* end_ = nullptr;  // end of the current line
     int line_ = 0;
     std::string error_;
+    // Cells that padding creates without text of their own: short rows and
+    // coefficient sets left out. Bounded by the size of the file, so that a
+    // small file cannot demand a huge store.
+    long long budget_;
+    bool Spend(long long cells) {
+        budget_ -= cells;
+        return budget_ >= 0 || Fail("too many implied cells for the size of the file");
+    }
 
     PD_SECTION* section_ = nullptr;
     bool tableHeader_ = false;
@@ -136,7 +145,7 @@ bool PD_FORMAT::TextReader::ReadValue(const char*& s, std::string& out) {
     return true;
 }
 
-int TextReader::ReadList(const char* s, std::vector<std::string>& values) {
+int PD_FORMAT::TextReader::ReadList(const char* s, std::vector<std::string>& values) {
     std::size_t n = 0;
     for (;;) {
         if (n == values.size()) values.emplace_back();
@@ -242,6 +251,7 @@ bool PD_FORMAT::TextReader::TableLine(const char* s) {
         if (s == end_) break;
         ++s;
     }
+    if (!Spend(cols - static_cast<long long>(row.size()))) return false;
     row.resize(cols);
     table->rows.push_back(std::move(row));
     return true;
@@ -288,6 +298,7 @@ bool PD_FORMAT::TextReader::PowerLine(const char* s) {
     if (coef) {
         auto ins = pwr->member_index_.emplace(values_[0], pwr->GetNumOfMembers());
         if (ins.second) {
+            if (!Spend(10LL * nsup)) return false;
             pwr->members.push_back(
                 PD_MEMBER{values_[0], std::vector<PD_COEF>(nsup, PD_NullCoef())});
             coefSeen_.resize(coefSeen_.size() + nsup, 0);
