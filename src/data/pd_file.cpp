@@ -16,6 +16,10 @@ void Report(const std::string& origin, const std::string& what) {
 }
 
 bool ReadFile(const char* path, std::string* out) {
+    if (!path || !*path) {
+        Report("(no file name)", "cannot be opened");
+        return false;
+    }
     std::FILE* f = std::fopen(path, "rb");
     if (!f) {
         Report(path, std::string("cannot be opened: ") + std::strerror(errno));
@@ -78,14 +82,14 @@ std::string PD_DATA::ToBinary() const {
 bool PD_DATA::LoadTxtFile(const char* path) {
     Clear();
     std::string text;
-    if (!path || !ReadFile(path, &text)) return false;
+    if (!ReadFile(path, &text)) return false;
     return ParseText(text, path);
 }
 
 bool PD_DATA::LoadBinFile(const char* path) {
     Clear();
     std::string bytes;
-    if (!path || !ReadFile(path, &bytes)) return false;
+    if (!ReadFile(path, &bytes)) return false;
     return ParseBinary(bytes, path);
 }
 
