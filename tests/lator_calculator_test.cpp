@@ -8,6 +8,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "baspclator/pc_lator.h"
 
@@ -133,6 +134,7 @@ TEST(LatorEvaluate, EulerBaseRule) {
     EXPECT_DOUBLE_EQ(Calc("2.71828249^2"), std::exp(2.0));
     EXPECT_DOUBLE_EQ(Calc("2.71828299^2"), std::pow(2.71828299, 2.0));  // prints 2.7182830
     EXPECT_DOUBLE_EQ(Calc("2.718282^-1"), std::exp(-1.0));
+    EXPECT_DOUBLE_EQ(Calc("-2.718282^2"), std::exp(2.0));  // the sign is part of the literal
     EXPECT_NE(std::exp(2.0), std::pow(e, 2.0));
 
     // Reference: the rule written with snprintf and strstr.
@@ -147,6 +149,33 @@ TEST(LatorEvaluate, EulerBaseRule) {
         formula += "^1.5";
         // The formula reads the base back from its own "%.7f" text.
         const double read = std::strtod(text, nullptr);
+        EXPECT_EQ(Calc(formula), isE ? std::exp(1.5) : std::pow(read, 1.5)) << formula;
+    }
+}
+
+TEST(LatorEvaluate, EulerBaseAgreesWithPrintedText) {
+    // Bases given exactly (25 decimals read back to the same double), near the
+    // rounding edges of the seventh decimal and across magnitudes.
+    std::mt19937_64 random(3);
+    std::vector<double> bases = {2.71828195,         2.71828295, 2.718281949999, 2.718282950001,
+                                 2.7182819500000001, 12.718282,  102.7182825,    -2.718282,
+                                 32.71828249999,     0.0,        1e-9,           92.718282};
+    for (int i = 0; i < 3000; ++i) {
+        const double whole = static_cast<double>(random() % 100000);
+        const double edge = (random() % 2 == 0) ? 0.71828195 : 0.71828295;
+        const double jitter = std::ldexp(static_cast<double>(random() % 2001) - 1000.0, -40);
+        bases.push_back(whole + edge + jitter);
+        bases.push_back(whole + 0.7182 + static_cast<double>(random() % 100000) * 1e-9);
+        bases.push_back(std::ldexp(static_cast<double>(random() >> 11), -40));
+    }
+    for (const double base : bases) {
+        char printed[64];
+        std::snprintf(printed, sizeof(printed), "%.7f", base);
+        const bool isE = std::strstr(printed, "2.718282") != nullptr;
+        char formula[96];
+        std::snprintf(formula, sizeof(formula), "%.25f^1.5", std::fabs(base));
+        const double read = std::strtod(formula, nullptr);
+        ASSERT_EQ(read, std::fabs(base)) << formula;
         EXPECT_EQ(Calc(formula), isE ? std::exp(1.5) : std::pow(read, 1.5)) << formula;
     }
 }

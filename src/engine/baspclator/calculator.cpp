@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -11,6 +10,10 @@ namespace {
 constexpr double kNumberMarker = 1.0;
 // A literal is read from at most this many characters (sign, digits, dots).
 constexpr std::size_t kLiteralBuffer = 100;
+// Defined bytes behind the infix text's terminator, so that 8-byte loads that
+// start at or before the terminator stay inside the buffer.
+constexpr std::size_t kLoadSlack = 8;
+constexpr std::uint64_t kEightZeros = 0x3030303030303030ULL;
 
 constexpr double kExactPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
@@ -36,67 +39,103 @@ constexpr std::uint64_t kPow10U64[] = {1ULL,
                                        1000000000000000000ULL,
                                        10000000000000000000ULL};
 
-// Reads an optional "-", digits and at most one "." like strtod, correctly
-// rounded. Texts printed by "%.20lf" carry many zeros that are no significant
-// digits; they are skipped so that most values take the exact one-operation
-// path (mantissa below 2^53, power of ten up to 22). Others go to from_chars.
-double ReadLiteral(const char* begin, const char* end) {
-    const char* p = begin;
-    bool negative = false;
-    if (p < end && *p == '-') {
-        negative = true;
-        ++p;
-    }
-    std::uint64_t mantissa = 0;
-    int digits = 0;         // significant digits held in mantissa
-    int integerZeros = 0;   // zeros of the integer part not yet in mantissa
-    int fractionZeros = 0;  // zeros of the fraction not yet in mantissa
-    int scale = 0;          // value = mantissa * 10^(scale + integerZeros)
-    bool fraction = false;
-    for (; p < end; ++p) {
-        const char c = *p;
-        if (c == '.') {
-            if (fraction) break;
-            fraction = true;
-            continue;
-        }
-        const unsigned d = static_cast<unsigned>(c - '0');
-        if (d > 9) break;
-        if (d == 0) {
-            if (digits == 0) {
-                if (fraction) --scale;
-            } else if (fraction) {
-                ++fractionZeros;
-            } else {
-                ++integerZeros;
-            }
-            continue;
-        }
-        const int pending = integerZeros + fractionZeros;
-        if (digits + pending + 1 > 19) {
-            double value = 0.0;
-            std::from_chars(begin, end, value);
-            return value;
-        }
-        mantissa = mantissa * kPow10U64[pending + 1] + d;
-        digits += pending + 1;
-        if (fraction) scale -= fractionZeros + 1;
-        integerZeros = 0;
-        fractionZeros = 0;
-    }
-    scale += integerZeros;
-    if (mantissa > (1ULL << 53) || scale < -22 || scale > 22) {
-        double value = 0.0;
-        std::from_chars(begin, end, value);
-        return value;
-    }
-    double value = static_cast<double>(mantissa);
-    value = scale >= 0 ? value * kExactPow10[scale] : value / kExactPow10[-scale];
-    return negative ? -value : value;
+// Eight characters, the first one in the lowest byte.
+inline std::uint64_t Load8(const char* p) {
+    unsigned char b[8];
+    std::memcpy(b, p, 8);
+    return std::uint64_t{b[0]} | std::uint64_t{b[1]} << 8 | std::uint64_t{b[2]} << 16 |
+           std::uint64_t{b[3]} << 24 | std::uint64_t{b[4]} << 32 | std::uint64_t{b[5]} << 40 |
+           std::uint64_t{b[6]} << 48 | std::uint64_t{b[7]} << 56;
 }
 
-// "%.7f" of the base holds "2.718282": the base is taken as e.
+// First character at or after p that is no digit. Reads 8 bytes at a time: the
+// lowest flagged byte is exact, since carries and borrows only move upwards.
+inline const char* SkipDigits(const char* p) {
+    for (;;) {
+        const std::uint64_t v = Load8(p);
+        const std::uint64_t nonDigit =
+            ((v + 0x4646464646464646ULL) | (v - kEightZeros)) & 0x8080808080808080ULL;
+        if (nonDigit != 0) return p + (__builtin_ctzll(nonDigit) >> 3);
+        p += 8;
+    }
+}
+
+// Value of a run of at most 19 digits.
+inline std::uint64_t ReadDigits(const char* p, const char* end) {
+    std::uint64_t value = 0;
+    for (; end - p >= 8; p += 8) {
+        std::uint64_t v = Load8(p) - kEightZeros;
+        v = v * 10 + (v >> 8);
+        v = ((v & 0x000000FF000000FFULL) * (100 + (1000000ULL << 32)) +
+             ((v >> 16) & 0x000000FF000000FFULL) * (1 + (10000ULL << 32))) >>
+            32;
+        value = value * 100000000ULL + v;
+    }
+    for (; p < end; ++p) value = value * 10 + static_cast<unsigned>(*p - '0');
+    return value;
+}
+
+// Reads a literal like strtod, correctly rounded: an optional "-", digits, and
+// from a "." on the digits of the fraction. Texts printed by "%.20lf" carry
+// many zeros that are no significant digits; without them most values take
+// the exact one-operation path (mantissa below 2^53, power of ten up to 22).
+// Returns the end of the literal: all following digits and dots.
+const char* ScanLiteral(const char* start, double& value) {
+    const bool negative = *start == '-';
+    const char* intBegin = start + (negative ? 1 : 0);
+    const char* intEnd = SkipDigits(intBegin);
+    const char* fracBegin = intEnd;
+    const char* fracEnd = intEnd;
+    if (*intEnd == '.') {
+        fracBegin = intEnd + 1;
+        fracEnd = SkipDigits(fracBegin);
+    }
+    const char* end = fracEnd;
+    while (IsItNumber(*end) || *end == '.') ++end;
+    const std::size_t length = static_cast<std::size_t>(end - start);
+    if (length >= kLiteralBuffer) {
+        std::from_chars(start, start + kLiteralBuffer - 1, value);
+        return end;
+    }
+
+    while (intBegin < intEnd && *intBegin == '0') ++intBegin;
+    while (fracEnd - fracBegin >= 8 && Load8(fracEnd - 8) == kEightZeros) fracEnd -= 8;
+    while (fracEnd > fracBegin && fracEnd[-1] == '0') --fracEnd;
+    const char* fracDigits = fracBegin;
+    if (intBegin == intEnd) {
+        while (fracEnd - fracDigits >= 8 && Load8(fracDigits) == kEightZeros) fracDigits += 8;
+        while (fracDigits < fracEnd && *fracDigits == '0') ++fracDigits;
+    }
+    const std::ptrdiff_t fracCount = fracEnd - fracDigits;
+    const std::ptrdiff_t decimals = fracEnd - fracBegin;
+    if ((intEnd - intBegin) + fracCount <= 19 && decimals <= 22) {
+        const std::uint64_t mantissa =
+            ReadDigits(intBegin, intEnd) * kPow10U64[fracCount] + ReadDigits(fracDigits, fracEnd);
+        if (mantissa <= (1ULL << 53)) {
+            const double magnitude = static_cast<double>(mantissa) / kExactPow10[decimals];
+            value = negative ? -magnitude : magnitude;
+            return end;
+        }
+    }
+    std::from_chars(start, fracEnd, value);
+    return end;
+}
+
+// "%.7f" of the base holds "2.718282": the base is taken as e. That text is
+// round(|base| * 1e7) with the point before its last 7 digits, so the needle
+// can only stand across the point. While the product is below 2^40 its
+// rounding error stays under 2^-13, and away from a tie it gives that integer
+// exactly; otherwise the text itself is printed.
 bool IsEulerBase(double base) {
+    const double scaled = std::fabs(base) * 1e7;
+    if (scaled < 0x1p40) {
+        const double whole = std::floor(scaled);
+        const double fraction = scaled - whole;
+        if (std::fabs(fraction - 0.5) > 1e-3) {
+            const auto digits = static_cast<std::uint64_t>(whole) + (fraction > 0.5 ? 1 : 0);
+            return (digits / 10) % 1000000 == 718282 && (digits / 10000000) % 10 == 2;
+        }
+    }
     char text[400];
     const auto result = std::to_chars(text, text + sizeof(text), base, std::chars_format::fixed, 7);
     static constexpr char kEuler[] = "2.718282";
@@ -140,7 +179,7 @@ char TokenToChar(Token token) {
 Calculator::Calculator(const char* text) : Calculator(text, text ? std::strlen(text) : 0) {}
 
 Calculator::Calculator(const char* text, std::size_t length) {
-    const std::size_t room = length + 10;
+    const std::size_t room = length + 2 + kLoadSlack;  // line end, terminator, slack
     if (room <= kInlineText) {
         infix = inlineText;
     } else {
@@ -149,7 +188,7 @@ Calculator::Calculator(const char* text, std::size_t length) {
     }
     if (length > 0) std::memcpy(infix, text, length);
     if (length == 0 || infix[length - 1] != '\n') infix[length++] = '\n';
-    infix[length] = '\0';
+    std::memset(infix + length, 0, room - length);
 }
 
 Calculator::~Calculator() = default;
@@ -174,11 +213,9 @@ void Calculator::InToPost() {
         const char c = *p;
         const bool negativeLiteral = c == '-' && !lastWasNumber && IsItNumber(p[1]);
         if (negativeLiteral || IsItNumber(c)) {
-            const char* start = p;
-            if (negativeLiteral) ++p;
-            while (IsItNumber(*p) || *p == '.') ++p;
-            const std::size_t length = static_cast<std::size_t>(p - start);
-            AddNumber(ReadLiteral(start, start + std::min(length, kLiteralBuffer - 1)));
+            double value = 0.0;
+            p = ScanLiteral(p, value);
+            AddNumber(value);
             lastWasNumber = true;
             continue;
         }

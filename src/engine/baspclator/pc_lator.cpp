@@ -42,46 +42,83 @@ class SmallText {
     std::string spill;
 };
 
+// The piece being collected: a view of the formula while its characters are
+// adjacent, a copy once a dropped blank separates them.
+class Piece {
+  public:
+    void Start(const char* begin, const char* end) {
+        first = begin;
+        length = static_cast<std::size_t>(end - begin);
+        copied = false;
+    }
+    void Append(const char* begin, const char* end) {
+        if (copied) {
+            copy.append(begin, static_cast<std::size_t>(end - begin));
+        } else if (length == 0) {
+            Start(begin, end);
+        } else if (first + length == begin) {
+            length += static_cast<std::size_t>(end - begin);
+        } else {
+            copy.clear();
+            copy.append(first, length);
+            copy.append(begin, static_cast<std::size_t>(end - begin));
+            copied = true;
+        }
+    }
+    bool Empty() const { return copied ? copy.empty() : length == 0; }
+    std::string_view View() const { return copied ? copy.view() : std::string_view(first, length); }
+
+  private:
+    const char* first = nullptr;
+    std::size_t length = 0;
+    bool copied = false;
+    SmallText<256> copy;
+};
+
 // The pieces of a formula: names, numbers and single operator characters.
 // Blanks, tabs and line ends are dropped, so a piece need not be contiguous.
-// emit(std::string_view) returns false to stop; the result tells whether the
-// scan ran to the end.
+// Runs of letters or digits are taken whole: inside a run the state does not
+// change. emit(std::string_view) returns false to stop; the result tells
+// whether the scan ran to the end.
 template <typename Emit>
 bool ScanPieces(const char* text, Emit&& emit) {
     enum { kName = 0, kNumber = 1, kOther = 4 };
-    SmallText<256> piece;
+    Piece piece;
     int state = kName;
-    for (std::size_t i = 0; text[i] != '\0'; ++i) {
-        const char c = text[i];
-        if (IsItNumber(c) || (c == '.' && i > 0)) {
-            if (state == kNumber) {
-                piece.push_back(c);
-            } else {
-                if (!emit(piece.view())) return false;
-                piece.clear();
-                piece.push_back(c);
-                state = kNumber;
-            }
+    const char* p = text;
+    while (*p != '\0') {
+        const char c = *p;
+        const char* end = p + 1;
+        int kind;
+        if (IsItNumber(c) || (c == '.' && p != text)) {
+            while (IsItNumber(*end) || *end == '.') ++end;
+            kind = kNumber;
         } else if (IsItLetter(c)) {
-            if (state != kName) {
-                if (!emit(piece.view())) return false;
-                piece.clear();
-            }
-            piece.push_back(c);
-            state = kName;
+            while (IsItLetter(*end)) ++end;
+            kind = kName;
         } else if (c == '\t' || c == '\n' || c == ' ') {
+            ++p;
             continue;
-        } else if (piece.empty()) {
+        } else if (piece.Empty()) {
             // Only at the start: the character joins what follows, so "(A" is one piece.
-            piece.push_back(c);
+            piece.Append(p, end);
+            ++p;
+            continue;
         } else {
-            if (!emit(piece.view())) return false;
-            piece.clear();
-            piece.push_back(c);
-            state = kOther;
+            kind = kOther;
         }
+        // A number always starts a piece, even after an empty one; a name only
+        // ends a number or an operator.
+        if (state == kind && kind != kOther) {
+            piece.Append(p, end);
+        } else {
+            if (!emit(piece.View())) return false;
+            piece.Start(p, end);
+            state = kind;
+        }
+        p = end;
     }
-    return piece.empty() || emit(piece.view());
+    return piece.Empty() || emit(piece.View());
 }
 
 std::string_view FindInVectors(std::string_view name, const std::vector<std::string>& names,
@@ -90,7 +127,7 @@ std::string_view FindInVectors(std::string_view name, const std::vector<std::str
     if (count >= 0) limit = std::min(limit, static_cast<std::size_t>(count));
     for (std::size_t i = 0; i < limit; ++i) {
         const std::string& candidate = names[i];
-        if (candidate.size() == name.size() &&
+        if (candidate.size() == name.size() && (name.empty() || candidate[0] == name[0]) &&
             std::memcmp(candidate.data(), name.data(), name.size()) == 0) {
             // As read through the class's value buffer.
             const std::string& value = values[i];
@@ -105,9 +142,11 @@ std::string_view FindInArrays(std::string_view name, const char* const* names,
     if (names == nullptr || values == nullptr) return {};
     for (int i = 0; i < count; ++i) {
         const char* candidate = names[i];
-        if (candidate == nullptr || candidate[0] != (name.empty() ? '\0' : name[0])) continue;
-        if (std::strncmp(candidate, name.data(), name.size()) == 0 &&
-            candidate[name.size()] == '\0') {
+        if (candidate == nullptr) continue;
+        // Pieces hold no NUL, so the walk stops at the candidate's end at the latest.
+        std::size_t k = 0;
+        while (k < name.size() && candidate[k] == name[k]) ++k;
+        if (k == name.size() && candidate[k] == '\0') {
             return values[i] ? std::string_view(values[i]) : std::string_view();
         }
     }
@@ -183,10 +222,6 @@ bool RegulatorInUse(std::string_view arch, std::string_view device) {
     return ArchAlwaysUsesRegulator(arch);
 }
 
-bool IsItNumber(char c) {
-    return c >= '0' && c <= '9';
-}
-
 bool IsItNumber(const char* text) {
     if (text == nullptr) return false;
     for (; *text != '\0'; ++text) {
@@ -195,32 +230,12 @@ bool IsItNumber(const char* text) {
     return true;
 }
 
-bool IsItLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
 bool IsItLetter(const char* text) {
     if (text == nullptr) return false;
     for (; *text != '\0'; ++text) {
         if (*text == '_' || !IsItLetter(*text)) return false;
     }
     return true;
-}
-
-bool IsRightNumber(std::string_view text) {
-    int dots = 0;
-    for (const char c : text) {
-        if (c == '.') {
-            if (++dots > 1) return false;
-        } else if (!IsItNumber(c)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool IsOperand(std::string_view text) {
-    return text.size() == 1 && text[0] != '\0' && std::strchr("+-()*^/", text[0]) != nullptr;
 }
 
 bool IsBoolRelationOperand(std::string_view text) {

@@ -166,12 +166,43 @@ bool ArchAlwaysUsesRegulator(std::string_view arch);
 // The rule of IsRegulatorBeingUsed on the two texts themselves.
 bool RegulatorInUse(std::string_view arch, std::string_view device);
 
-bool IsItNumber(char c);
+inline bool IsItNumber(char c) {
+    return c >= '0' && c <= '9';
+}
 bool IsItNumber(const char* text);
-bool IsItLetter(char c);            // a letter of either case or "_"
+// A letter of either case or "_".
+inline bool IsItLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
 bool IsItLetter(const char* text);  // letters only; "_" does not count
-bool IsRightNumber(std::string_view text);
-bool IsOperand(std::string_view text);
+// Digits with at most one "."; the empty text counts.
+inline bool IsRightNumber(std::string_view text) {
+    int dots = 0;
+    for (const char c : text) {
+        if (c == '.') {
+            if (++dots > 1) return false;
+        } else if (!IsItNumber(c)) {
+            return false;
+        }
+    }
+    return true;
+}
+// One of + - ( ) * ^ /.
+inline bool IsOperand(std::string_view text) {
+    if (text.size() != 1) return false;
+    switch (text[0]) {
+        case '+':
+        case '-':
+        case '(':
+        case ')':
+        case '*':
+        case '^':
+        case '/':
+            return true;
+        default:
+            return false;
+    }
+}
 bool IsBoolRelationOperand(std::string_view text);
 int GetOperandPriority(std::string_view text);
 
