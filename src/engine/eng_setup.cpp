@@ -147,6 +147,8 @@ PC_ENG::~PC_ENG() {
         PD_UTIL::FCprintln(std::string("~PC_ENG ") + ArchName() +
                            " panels: " + std::to_string(panels.size()));
     for (PC_PANEL* panel : panels) delete panel;
+    delete powerMatrix;
+    delete currentMatrix;
     delete pwrData;
     delete pwdData;
     delete pwiData;
@@ -155,6 +157,7 @@ PC_ENG::~PC_ENG() {
     delete ptdData;
     delete pcfData;
     delete pefData;
+    if (ownsProject) delete project;
 }
 
 bool PC_ENG::SetFamilySwitching(char** device, PD_DATA*, const std::string&,

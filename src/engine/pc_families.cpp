@@ -58,6 +58,9 @@ const List kWideVoltageArchs = {"bf7p00", "bf7p00m", "bf7p00g"};
 bool IsSixDigitFamily(const std::string& f) {
     return InList(f, kLowPowerFamilies);
 }
+bool IsSixDigitMatrixFamily(const std::string& f) {
+    return IsSixDigitFamily(f) && f != "Orvan4U" && f != "Orvan4UM";
+}
 bool HasStandbyControls(const std::string& f) {
     return InList(f, kLowPowerFamilies);
 }

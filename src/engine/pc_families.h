@@ -11,6 +11,9 @@ namespace pwc {
 
 // Cells of these families are rounded to "%.6lf", all others to "%.4lf".
 bool IsSixDigitFamily(const std::string& family);
+// Families whose power matrices start and total at "%.6lf" (the six-digit
+// families less "Orvan4U" and "Orvan4UM").
+bool IsSixDigitMatrixFamily(const std::string& family);
 // Families that write the device-wide standby controls of a project.
 bool HasStandbyControls(const std::string& family);
 // Families whose projects gain "BANDGAP" and "POR" tables when they lack them.

@@ -1,9 +1,11 @@
 // Statistics, debug panels and the device-wide clock maps.
 #include "baspcengin.h"
 
-// Statistic tables and debug pages come with the reports; the clock maps
-// with the clock-aware current models.
-void PC_ENG::CreateStatisticTable() {}
+// The usage statistics and debug pages come with the reports; for now the
+// statistic tables are the supply-by-block matrices.
+void PC_ENG::CreateStatisticTable() {
+    CreatePowerMatrices();
+}
 void PC_ENG::setClockDCCMap() {}
 void PC_ENG::setClockOscList() {}
 void PC_ENG::GenerateDebugPanelHTML(const std::string&) {}
