@@ -182,26 +182,279 @@ class PC_ENG {
     void ResetConstants();
 
     // ---- Saving (eng_save.cpp) --------------------------------------------
+    // Writes the project (format 0 binary, else text) and makes the new data
+    // the engine's project: the previous project object, the host's included,
+    // is deleted, and the engine owns and deletes the new one.
     PD_DATA* SaveAs(const char* path, int format);
+    // The same data, not written; the caller owns it.
     PD_DATA* SaveAsTempPCF();
 
     // ---- Totals (eng_totals.cpp) ---------------------------------------
+    void CalculateTotalPower();
+    void CalculateTotalPowerCategory();
+    void DataValuePrecisionAdjustment();
     int UpdatePeakStartupTable();
     int MergePFRPwr(const std::string& path, const std::string& name);
+    bool HasVccbAndVccxp() const;
+    // Columns whose names hold "Pwr (W)".
+    std::vector<int> GetPowerColumnIndexVector(PD_TABLE* table) const;
+    double GetTotalPowerEachPanel(const std::string& name) const;
+    double GetTotalSumRowDData(PD_TABLE* table, int column, int rows) const;
+    int GetTotalSumRowData(PD_TABLE* table, int column, int rows) const;
+    double GetTotalRowButLastCol(PD_TABLE* table, int row) const;
+    double GetTotalRealRowButFirstCol(PD_TABLE* table, int row) const;
+    double GetTotalRealRowButFirstSecondCol(PD_TABLE* table, int row) const;
+    // The supply-by-block matrices, in watts and in amperes.
+    void CreatePowerMatrices();
+    void SaveStaTable(const std::string& supply, double value, const std::string& block,
+                      PD_TABLE* table);
+    void SaveStaTable(const std::string& supply, const std::string& value,
+                      const std::string& block, PD_TABLE* table);
+    double GetStaTable(const std::string& supply, const std::string& block,
+                       PD_TABLE* table) const;
+    void GetTotalStaTableCount(PD_TABLE* table);
+    PD_TABLE* GetPowerMatrix() const { return powerMatrix; }
+    PD_TABLE* GetCurrentMatrix() const { return currentMatrix; }
 
-    // ---- Thermal (eng_thermal.cpp) ---------------------------------------
+    // ---- Junction temperature (eng_thermal.cpp) ---------------------------
     void CalculateJunctionTemp();
+    // {1 when diverged else 0, ambient, settled junction or the ambient}.
+    std::vector<double> CalculateJunctionTillDiverge(double theta, double ambient);
+    double CalculateJunctionByGivenAmbProcSupply(const std::string& process, double ambient,
+                                                 const std::string& supply, double voltage);
+    std::string GetMaxjuction(const std::string& key) const;
+    // One pass over the tabs and the summary; the total power in watts.
+    double CalculatePassPower();
+
+    // ---- Theta model (eng_theta.cpp) -------------------------------------
+    void ProcessTheta();
     // Column of the `.ptd` "Format" row whose "Device_Package" matches the key
     // ("?" in the table matches any character); "0" when none.
     std::string GetTheta(const std::string& key, const std::string& column) const;
+    std::string ThetaDeviceKey() const;
+    std::string GetThetaSelectionString() const;
+    int GetNewFormatThetaJA();
+    void ProcessThetaJA();
+    void ProcessThetaJB();
+    void ProcessThetaJC();
+    void ProcessThetaBA();
+    void ProcessThetaSA();
+    int ThetaDRC() const;
+    int SetBoardSelection(const std::string& board, std::string& theta);
+    int SetHeatSinkSelection(const std::string& sink, const std::string& custom,
+                             std::vector<std::string>& flows, std::string& flow,
+                             std::string& theta);
+    int SetAirFlowSelection(const std::string& flow, std::string& theta);
+    void SetBHAGetTheta(const std::string& board, const std::string& sink,
+                        const std::string& flow, const std::string& custom, std::string& theta);
+    std::vector<std::string> GetBoardTypeVector() const;
+    std::vector<std::string> GetHeatSinkTypeVector() const;
+    std::vector<std::string> GetAirFlowTypeVector() const;
 
     // ---- Current models (baspcformula/*.cpp) -----------------------------
     // Each file of baspcformula defines the members of its kind: equations
     // (look-up, forms, constants), dynamic, leakage, bias, and the per-block
-    // process members.
+    // process members. Every model returns amperes for one row and supply.
+    using Row = std::vector<std::string>;
+
+    // Equations (eng_equations.cpp).
+    std::string GetformulafromPqn(const std::string& section, const std::string& kind,
+                                  const Row& names, const Row& values);
+    std::string GetCalculationformula(const std::string& section, const std::string& kind,
+                                      Row& nameList, const Row& names, const Row& values);
+    bool hardCodeFormula(const std::string& section);
+    bool polynomial_equation_type(const std::string& section);
     void Detect5thpolyEquation();
+    bool IsPolynomialMode() const { return polynomialFlag; }
     void InitConstants(const std::vector<std::string>& names,
                        const std::vector<std::string>& values);
+    static std::string Addmore2equation(const std::string& equation, const std::string& termName,
+                                        const std::string& termFormula, const std::string& prefix,
+                                        double value);
+    void SaveToDebugPanel(const std::string& panelName, const std::string& line,
+                          const std::string& expandedText, double result, const std::string& item,
+                          const std::string& supply, const std::string& tableName);
+    const std::string& CurrentPanelName() const { return currentPanelName; }
+
+    // Dynamic current (eng_dynamic.cpp).
+    double GetIccDyn(const std::string& equationSection, const std::string& block,
+                     const std::string& item, double count, std::string label,
+                     const std::string& supply, double freq, double af, const Row& names,
+                     const Row& values, bool fPer2);
+    double GetIccDyn(const std::string& equationSection, const std::string& block,
+                     const std::string& item, const std::string& column, const std::string& label,
+                     const std::string& supply, double freq, double af, const Row& names,
+                     const Row& values);
+    double GetIccDyn(const std::string& equationSection, const std::string& block,
+                     const std::string& item, double count, const std::string& label,
+                     const std::string& supply, const Row& names, const Row& values);
+    double GetIccDyn(const std::string& equationSection, const std::string& block,
+                     const std::string& item, const std::string& column, const std::string& label,
+                     const std::string& supply, const Row& names, const Row& values);
+    // Coefficient given, already in farads.
+    double GetIccDyn(const std::string& equationSection, const std::string& item, double count,
+                     std::string label, const std::string& supply, double freq, double af,
+                     double c, const Row& names, const Row& values);
+    double GetIccDynFper2(const std::string& equationSection, const std::string& block,
+                          const std::string& item, double count, const std::string& label,
+                          const std::string& supply, const Row& names, const Row& values);
+    double GetIccDynFper2(const std::string& equationSection, const std::string& block,
+                          const std::string& item, const std::string& column,
+                          const std::string& label, const std::string& supply, const Row& names,
+                          const Row& values);
+    double GetIccDynAF100(const std::string& equationSection, const std::string& block,
+                          const std::string& item, double count, const std::string& label,
+                          const std::string& supply, double freq, const Row& names,
+                          const Row& values);
+    double GetIccDynAF100(const std::string& equationSection, const std::string& block,
+                          const std::string& item, double count, const std::string& label,
+                          const std::string& supply, const Row& names, const Row& values);
+    double GetIccDynAF100(const std::string& equationSection, const std::string& block,
+                          const std::string& item, const std::string& column,
+                          const std::string& label, const std::string& supply, const Row& names,
+                          const Row& values);
+    double GetIccDynAF100_1SS(const std::string& block, const std::string& item, double count,
+                              const std::string& label, const std::string& supply, double freq,
+                              const Row& names, const Row& values);
+    double ProcessIccDyn(const std::string& equationSection, double freq, double af, double count,
+                         double c, double voltage, const std::string& rowName,
+                         const std::string& columnName, const Row& names, const Row& values,
+                         const std::string& tableName);
+    std::string FindFreqName(const std::string& block, const std::string& label,
+                             const Row& names, const Row& values);
+    std::string FindAFname(const std::string& block, const std::string& label, const Row& names,
+                           const Row& values);
+    std::string FindCorrectClockName(const std::string& equationSection, const std::string& block,
+                                     const Row& names, const Row& values);
+    double getFreqfromClockOscStatue(const std::string& clock, double freq) const;
+    double getAFfromClockDCCMap(const std::string& clock, double af) const;
+    double GetFreqForPLL(double freq, const Row& names, const Row& values);
+    std::string FindABCDusedvalueFromPwrSupply(const std::string& supply, const std::string& block,
+                                               const std::string& item, const std::string& sub,
+                                               const std::string& letter);
+    bool PwrDataAvailable(const std::string& block, const std::string& item);
+
+    // Leakage current (eng_leakage.cpp).
+    double GetIccLeak(const std::string& equationSection, const std::string& block,
+                      const std::string& item, double count, std::string label,
+                      const std::string& supply, const Row& names, const Row& values);
+    double GetIccLeak(const std::string& equationSection, const std::string& block,
+                      const std::string& item, const std::string& column, const std::string& label,
+                      const std::string& supply, const Row& names, const Row& values);
+    double GetIccLeakUnused(const std::string& equationSection, const std::string& block,
+                            const std::string& item, double count, std::string label,
+                            const std::string& supply, const Row& names, const Row& values);
+    double GetIccLeakUnused(const std::string& equationSection, const std::string& block,
+                            const std::string& item, const std::string& column,
+                            const std::string& label, const std::string& supply,
+                            const Row& names, const Row& values);
+    double GetIccLeakDFB(const std::string& equationSection, const std::string& block,
+                         const std::string& item, double count, const std::string& label,
+                         const std::string& supply, const Row& names, const Row& values);
+    double GetIccLeakDFB(const std::string& equationSection, const std::string& block,
+                         const std::string& item, const std::string& column,
+                         const std::string& label, const std::string& supply, const Row& names,
+                         const Row& values);
+    double GetIccLeakDFBUnused(const std::string& equationSection, const std::string& block,
+                               const std::string& item, double count, const std::string& label,
+                               const std::string& supply, const Row& names, const Row& values);
+    double GetIccLeakDFBUnused(const std::string& equationSection, const std::string& block,
+                               const std::string& item, const std::string& column,
+                               const std::string& label, const std::string& supply,
+                               const Row& names, const Row& values);
+    double GetIccLeakAt(const std::string& equationSection, const std::string& block,
+                        const std::string& item, double count, const std::string& label,
+                        const std::string& supply, const Row& names, const Row& values);
+    double GetIccLeakAt(const std::string& equationSection, const std::string& block,
+                        const std::string& item, const std::string& column,
+                        const std::string& label, const std::string& supply, const Row& names,
+                        const Row& values);
+    double ProcessIccLeak(const std::string& mode, double a, double b, double e, double f,
+                          double g, double h, double t, double count, const std::string& rowName,
+                          const std::string& columnName, const Row& names, const Row& values,
+                          const std::string& tableName);
+    double ProcessClockIccLeakDFB(const std::string& mode, double a, double b, double e, double f,
+                                  double g, double h, double t, double count,
+                                  const std::string& rowName, const std::string& columnName,
+                                  const Row& names, const Row& values,
+                                  const std::string& tableName);
+    std::string Get_dK(const std::string& key, const Row& names, const Row& values, int count,
+                       const std::string& voltageText);
+    std::string GetProcessX(const Row& names, const Row& values);
+
+    // DC bias current (eng_bias.cpp).
+    double GetIccBias(const std::string& equationSection, const std::string& block,
+                      const std::string& item, double count, std::string label,
+                      const std::string& supply, const Row& names, const Row& values);
+    double GetIccBias(const std::string& equationSection, const std::string& block,
+                      const std::string& item, const std::string& column, const std::string& label,
+                      const std::string& supply, const Row& names, const Row& values);
+    double GetIccBiasUnused(const std::string& equationSection, const std::string& block,
+                            const std::string& item, double count, std::string label,
+                            const std::string& supply, const Row& names, const Row& values);
+    double GetIccBiasUnused(const std::string& equationSection, const std::string& block,
+                            const std::string& item, const std::string& column,
+                            const std::string& label, const std::string& supply,
+                            const Row& names, const Row& values);
+    double GetIccBiasDFB(const std::string& equationSection, const std::string& block,
+                         const std::string& item, double count, std::string label,
+                         const std::string& supply, const Row& names, const Row& values);
+    double GetIccBiasDFB(const std::string& equationSection, const std::string& block,
+                         const std::string& item, const std::string& column,
+                         const std::string& label, const std::string& supply, const Row& names,
+                         const Row& values);
+    double GetIccBiasDFBUnused(const std::string& equationSection, const std::string& block,
+                               const std::string& item, double count, std::string label,
+                               const std::string& supply, const Row& names, const Row& values);
+    double GetIccBiasDFBUnused(const std::string& equationSection, const std::string& block,
+                               const std::string& item, const std::string& column,
+                               const std::string& label, const std::string& supply,
+                               const Row& names, const Row& values);
+    double GetDbiasAt(const std::string& equationSection, const std::string& block,
+                      std::string item, const std::string& supply, const Row& names,
+                      const Row& values);
+    double GetDbiasDFB(const std::string& equationSection, const std::string& block,
+                       const std::string& item, const std::string& supply, const Row& names,
+                       const Row& values);
+    double ProcessIccDcBias(const std::string& mode, double d, double count,
+                            const std::string& rowName, const std::string& columnName,
+                            const std::string& tableName);
+
+    // Block and supply members (eng_process_logic.cpp). One term of a
+    // block's sum: which model, and its arguments in the usual order.
+    enum class IccModel {
+        Dyn,
+        DynAF100,
+        DynFper2,
+        Leak,
+        LeakUnused,
+        LeakDFB,
+        LeakDFBUnused,
+        Bias,
+        BiasUnused,
+        BiasDFB,
+        BiasDFBUnused
+    };
+    struct IccTerm {
+        IccModel model;
+        std::string equationSection, block, item, count, label;
+    };
+    // Sum of the terms on one supply; a term's count is a column of the row.
+    // The calculation log gets one summary line under logName.
+    double SumIccTerms(const std::string& logName, const std::vector<IccTerm>& terms,
+                       const std::string& supply, const Row& names, const Row& values);
+    // The common pattern of a block X on supply S.
+    double ProcessBlockDyn(const std::string& x, const std::string& supply, bool af100,
+                           const Row& names, const Row& values);
+    double ProcessBlockLeakUsed(const std::string& x, const std::string& supply, bool perElement,
+                                const Row& names, const Row& values);
+    double ProcessBlockBiasUsed(const std::string& x, const std::string& supply, bool perElement,
+                                const Row& names, const Row& values);
+    double ProcessBlockLeakUnused(const std::string& x, const std::string& supply,
+                                  const Row& names, const Row& values);
+    double ProcessBlockBiasUnused(const std::string& x, const std::string& supply,
+                                  const Row& names, const Row& values);
+
     double ProcessLogicDynVcc(const std::string& panel, const std::vector<std::string>& names,
                               const std::vector<std::string>& values, const std::string& supply);
     double ProcessLogicLeakUsedVcc(const std::string& panel,
@@ -218,16 +471,115 @@ class PC_ENG {
     double ProcessLogicBiasUnused(const std::string& panel, const std::vector<std::string>& names,
                                   const std::vector<std::string>& values,
                                   const std::string& supply);
+    // Routing wires and switch boxes of a logic row; the supply is the one of
+    // the caller's loop ("VCC" when not given).
+    double GetRoutingISBdyn(const std::string& panel, const Row& names, const Row& values,
+                            const std::string& supply = "VCC");
+    double GetRoutingISBleakUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply = "VCC");
+    double GetRoutingISBbiasUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply = "VCC");
+    double GetRoutingISBleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply = "VCC");
+    double GetRoutingISBbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply = "VCC");
+
+  private:
+    // The formula and its variable list, from a cache keyed by the formula
+    // text (so edits and renamed sections cannot leave it stale).
+    const std::string& FormulaFor(const std::string& section, const std::string& kind,
+                                  const Row*& variables);
+    const Row& VariablesOf(const std::string& formula);
+    PD_PWRSECT* PwrSection(const std::string& block);
+    enum class LeakKind { Used, Unused, DFBUsed, DFBUnused };
+    double LeakEquation(LeakKind kind, const std::string& equationSection,
+                        const std::string& block, const std::string& item, double count,
+                        const std::string& label, const std::string& supply, const Row& names,
+                        const Row& values);
+    double LeakHardCoded(LeakKind kind, const std::string& block, const std::string& item,
+                         double count, const std::string& label, const std::string& supply,
+                         const Row& names, const Row& values);
+    enum class BiasKind { Used, Unused, DFBUsed, DFBUnused };
+    double BiasEquation(BiasKind kind, const std::string& equationSection,
+                        const std::string& block, const std::string& item, double count,
+                        const std::string& label, const std::string& supply, const Row& names,
+                        const Row& values);
+    double RoutingTerms(IccModel model, const std::string& supply, const Row& names,
+                        const Row& values);
+    // Evaluates the bound values and writes the log and debug lines.
+    // display: the equation as shown, when it differs from formula.
+    double EvaluateAndLog(const std::string& formula, const Row* variables,
+                          const std::string* display, const char* format,
+                          const std::string& first, const std::string& second,
+                          const std::string& third, const std::string& item,
+                          const std::string& supply, const char* tableName);
+
+    bool polynomialFlag = false;
+    std::string defaultClockName;
+    bool clockOscFlag = false, clockDCCFlag = false;
+    std::set<std::string> clockOscList;
+    std::map<std::string, std::string> clockDCCMap;
+    // Reused per call: the bound values and the evaluator's trace.
+    Row boundValues;
+    std::string traceText, formulaKey;
+    std::unordered_map<std::string, Row> variableCache;
+
+  public:
     // ---- end of current models -------------------------------------------
 
     // ---- Tab calculators (eng_logic.cpp, ...) ----------------------------
+    // A process member: the current of a row on a supply, in amperes.
+    using ProcessMember = double (PC_ENG::*)(const std::string& panel,
+                                             const std::vector<std::string>& names,
+                                             const std::vector<std::string>& values,
+                                             const std::string& supply);
+    using UnusedBuilder = void (PC_ENG::*)(PD_TABLE* total, std::vector<std::string>& out);
+    struct RowLog {
+        const char* head;
+        const char* middle;
+    };
+    // What distinguishes one tab's calculator from another: its panel, the
+    // section whose VCC/VCCPG supplies it loops over, its process members,
+    // its unused-row builders and its log words.
+    struct PanelFrame {
+        const char* panel;
+        const char* section;
+        ProcessMember dyn, leakUsed, biasUsed, leakUnused, biasUnused;
+        UnusedBuilder unusedNames, unusedValues;
+        RowLog dynLog, leakLog, biasLog;
+        const char* leakUnusedLog;
+        const char* biasUnusedLog;
+        bool copyDynamic;  // "Dyn. Pwr (W)" repeats "Dyn. VCC Pwr (W)"
+    };
+    void RunPanelFrame(const PanelFrame& frame);
+    static const PanelFrame& LogicFrame();
     void LogicBlockCalculation();
+    // "VCC" and "VCCPG" among the supplies of a `.pwr` section, in file order.
+    std::vector<std::string> PwrSectionHasVccVccpg(const std::string& section) const;
+    void GetArrayOfColumnUnusedNamesLogic(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesLogic(PD_TABLE* total, std::vector<std::string>& values);
 
     // ---- Banks and I/O (eng_banks.cpp, eng_io.cpp) -----------------------
     void SetBankInformation();
     void BankDo();
     void IOtermDo();
     int IotypeDesignRulecheck();
+    // 1 when the type is on the device's list of that kind: "Input",
+    // "Output" or "Bidir".
+    int IsOnTheListCompare(const std::string& kind, const std::string& type) const;
+
+    // ---- Device limits (eng_limits.cpp) ----------------------------------
+    int DeviceHas(const std::string& key, std::string& value);
+    double DeviceHas(const std::string& key);  // the count, 0 when absent
+    int NewDeviceHas(const std::string& key, std::string& value);
+    int LimitationDrcCheck(const std::string& panel, const std::string& quantity, double value);
+    int GetLimitationDrc(const std::string& panel, const std::string& quantity, double* limit);
+    int DoesCellBecomeUneditable(const std::string& tableName, PD_TABLE* table, int row,
+                                 int column);
+    // The candidate of a device change (its `.pwd`, `.pgt` and strings).
+    PD_DATA* NewDeviceData = nullptr;
+    PD_DATA* NewDevicePgt = nullptr;
+    std::string NewDeviceInfo[7];
 
     // ---- Always-on blocks (eng_misc.cpp) ---------------------------------
     void setBandgapControllert();
@@ -284,12 +636,18 @@ class PC_ENG {
     bool GetStandbyFlag(const std::string& key) const;
 
     std::set<std::string> ioTypesWithStandby;
+    // The device's I/O type texts by kind.
+    std::vector<std::string> inputTypes, outputTypes, bidiTypes;
 
   private:
     void CompleteProject();
     void AddPowerColumns(PD_TABLE* table, const std::string& supply);
     void AddTotalTable(PC_PANEL* panel);
     void FillSupplyRow(PD_TABLE* vdpm, const std::string& pcfName, const char* defaultText);
+    void ReadThetaColumn(std::string& member, const std::string& userSet,
+                         const std::string& column);
+    PD_DATA* BuildProjectData(bool temporary);
+    void WriteStandbyControls(PD_KEYSECT* settings);
     PD_TABLE* SummaryTable(const char* name) const;
 
     // Device.
@@ -305,7 +663,8 @@ class PC_ENG {
     PD_DATA* ptdData = nullptr;
     PD_DATA* pcfData = nullptr;
     PD_DATA* pefData = nullptr;
-    PD_DATA* project = nullptr;  // the host's
+    PD_DATA* project = nullptr;  // the host's, until a SaveAs
+    bool ownsProject = false;
 
     // Panels.
     std::vector<PC_PANEL*> panels;
@@ -338,6 +697,9 @@ class PC_ENG {
 
     // Formula key to column, per `.pgt` table.
     std::map<std::string, std::map<std::string, std::string>> key2Column;
+
+    PD_TABLE* powerMatrix = nullptr;
+    PD_TABLE* currentMatrix = nullptr;
 
     // Storage behind the standby maps (stable addresses).
     std::map<std::string, bool> standbyFlags;
