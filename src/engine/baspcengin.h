@@ -293,8 +293,8 @@ class PC_ENG {
                      const std::string& supply, const Row& names, const Row& values);
     // Coefficient given, already in farads.
     double GetIccDyn(const std::string& equationSection, const std::string& item, double count,
-                     std::string label, const std::string& supply, double freq, double af,
-                     double c, const Row& names, const Row& values);
+                     std::string label, const std::string& supply, double freq, double af, double c,
+                     const Row& names, const Row& values);
     double GetIccDynFper2(const std::string& equationSection, const std::string& block,
                           const std::string& item, double count, const std::string& label,
                           const std::string& supply, const Row& names, const Row& values);
@@ -320,8 +320,8 @@ class PC_ENG {
                          double c, double voltage, const std::string& rowName,
                          const std::string& columnName, const Row& names, const Row& values,
                          const std::string& tableName);
-    std::string FindFreqName(const std::string& block, const std::string& label,
-                             const Row& names, const Row& values);
+    std::string FindFreqName(const std::string& block, const std::string& label, const Row& names,
+                             const Row& values);
     std::string FindAFname(const std::string& block, const std::string& label, const Row& names,
                            const Row& values);
     std::string FindCorrectClockName(const std::string& equationSection, const std::string& block,
@@ -346,8 +346,8 @@ class PC_ENG {
                             const std::string& supply, const Row& names, const Row& values);
     double GetIccLeakUnused(const std::string& equationSection, const std::string& block,
                             const std::string& item, const std::string& column,
-                            const std::string& label, const std::string& supply,
-                            const Row& names, const Row& values);
+                            const std::string& label, const std::string& supply, const Row& names,
+                            const Row& values);
     double GetIccLeakDFB(const std::string& equationSection, const std::string& block,
                          const std::string& item, double count, const std::string& label,
                          const std::string& supply, const Row& names, const Row& values);
@@ -369,8 +369,8 @@ class PC_ENG {
                         const std::string& item, const std::string& column,
                         const std::string& label, const std::string& supply, const Row& names,
                         const Row& values);
-    double ProcessIccLeak(const std::string& mode, double a, double b, double e, double f,
-                          double g, double h, double t, double count, const std::string& rowName,
+    double ProcessIccLeak(const std::string& mode, double a, double b, double e, double f, double g,
+                          double h, double t, double count, const std::string& rowName,
                           const std::string& columnName, const Row& names, const Row& values,
                           const std::string& tableName);
     double ProcessClockIccLeakDFB(const std::string& mode, double a, double b, double e, double f,
@@ -394,8 +394,8 @@ class PC_ENG {
                             const std::string& supply, const Row& names, const Row& values);
     double GetIccBiasUnused(const std::string& equationSection, const std::string& block,
                             const std::string& item, const std::string& column,
-                            const std::string& label, const std::string& supply,
-                            const Row& names, const Row& values);
+                            const std::string& label, const std::string& supply, const Row& names,
+                            const Row& values);
     double GetIccBiasDFB(const std::string& equationSection, const std::string& block,
                          const std::string& item, double count, std::string label,
                          const std::string& supply, const Row& names, const Row& values);
@@ -450,19 +450,17 @@ class PC_ENG {
                                 const Row& names, const Row& values);
     double ProcessBlockBiasUsed(const std::string& x, const std::string& supply, bool perElement,
                                 const Row& names, const Row& values);
-    double ProcessBlockLeakUnused(const std::string& x, const std::string& supply,
-                                  const Row& names, const Row& values);
-    double ProcessBlockBiasUnused(const std::string& x, const std::string& supply,
-                                  const Row& names, const Row& values);
+    double ProcessBlockLeakUnused(const std::string& x, const std::string& supply, const Row& names,
+                                  const Row& values);
+    double ProcessBlockBiasUnused(const std::string& x, const std::string& supply, const Row& names,
+                                  const Row& values);
 
     double ProcessLogicDynVcc(const std::string& panel, const std::vector<std::string>& names,
                               const std::vector<std::string>& values, const std::string& supply);
-    double ProcessLogicLeakUsedVcc(const std::string& panel,
-                                   const std::vector<std::string>& names,
+    double ProcessLogicLeakUsedVcc(const std::string& panel, const std::vector<std::string>& names,
                                    const std::vector<std::string>& values,
                                    const std::string& supply);
-    double ProcessLogicBiasUsedVcc(const std::string& panel,
-                                   const std::vector<std::string>& names,
+    double ProcessLogicBiasUsedVcc(const std::string& panel, const std::vector<std::string>& names,
                                    const std::vector<std::string>& values,
                                    const std::string& supply);
     double ProcessLogicLeakUnused(const std::string& panel, const std::vector<std::string>& names,
@@ -492,27 +490,25 @@ class PC_ENG {
     const Row& VariablesOf(const std::string& formula);
     PD_PWRSECT* PwrSection(const std::string& block);
     enum class LeakKind { Used, Unused, DFBUsed, DFBUnused };
-    double LeakEquation(LeakKind kind, const std::string& equationSection,
-                        const std::string& block, const std::string& item, double count,
-                        const std::string& label, const std::string& supply, const Row& names,
-                        const Row& values);
+    double LeakEquation(LeakKind kind, const std::string& equationSection, const std::string& block,
+                        const std::string& item, double count, const std::string& label,
+                        const std::string& supply, const Row& names, const Row& values);
     double LeakHardCoded(LeakKind kind, const std::string& block, const std::string& item,
                          double count, const std::string& label, const std::string& supply,
                          const Row& names, const Row& values);
     enum class BiasKind { Used, Unused, DFBUsed, DFBUnused };
-    double BiasEquation(BiasKind kind, const std::string& equationSection,
-                        const std::string& block, const std::string& item, double count,
-                        const std::string& label, const std::string& supply, const Row& names,
-                        const Row& values);
+    double BiasEquation(BiasKind kind, const std::string& equationSection, const std::string& block,
+                        const std::string& item, double count, const std::string& label,
+                        const std::string& supply, const Row& names, const Row& values);
     double RoutingTerms(IccModel model, const std::string& supply, const Row& names,
                         const Row& values);
     // Evaluates the bound values and writes the log and debug lines.
     // display: the equation as shown, when it differs from formula.
     double EvaluateAndLog(const std::string& formula, const Row* variables,
-                          const std::string* display, const char* format,
-                          const std::string& first, const std::string& second,
-                          const std::string& third, const std::string& item,
-                          const std::string& supply, const char* tableName);
+                          const std::string* display, const char* format, const std::string& first,
+                          const std::string& second, const std::string& third,
+                          const std::string& item, const std::string& supply,
+                          const char* tableName);
 
     bool polynomialFlag = false;
     std::string defaultClockName;

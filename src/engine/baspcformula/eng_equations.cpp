@@ -1,5 +1,196 @@
-// Equation look-up and the forms of the equations.
-#include "baspcengin.h"
+// Equation look-up, the forms of the equations and the calculator constants.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
-// The polynomial sections take effect with the current models.
-void PC_ENG::Detect5thpolyEquation() {}
+#include "baspcengin.h"
+#include "baspcformula/formula_util.h"
+#include "baspclator/pc_lator.h"
+#include "pd_util.h"
+
+using namespace pwcformula;
+
+namespace {
+
+PD_KEYSECT* KeySection(PD_DATA* data, const std::string& name) {
+    return data ? dynamic_cast<PD_KEYSECT*>(data->GetSection(name.c_str())) : nullptr;
+}
+
+// Architectures whose constants also see "archName" and the core override.
+const char* const kRegulatedArchs[] = {"kt7g00",  "hq7g00p", "hq7g00", "hq7g00e", "zn2c00p",
+                                       "zn3c00a", "zn3c00f", "wd7c00", "wd7r00"};
+
+bool PassesArchAndOverride(const std::string& arch) {
+    if (arch.find("zn2c00") != std::string::npos) return true;
+    for (const char* a : kRegulatedArchs)
+        if (arch == a) return true;
+    return false;
+}
+
+const char kPolyWord[] = "-5thpolynomial";
+
+void SwapPolynomialSections(PD_DATA* data) {
+    if (!data) return;
+    for (PD_SECTION* poly : data->sections) {
+        const size_t at = poly->name.find(kPolyWord);
+        if (at == std::string::npos) continue;
+        const std::string base = poly->name.substr(0, at);
+        if (PD_SECTION* old = data->GetSection(base.c_str()))
+            old->SetName((base + "-EXPONENT").c_str());
+        poly->SetName(base.c_str());
+    }
+}
+
+std::string Fixed6(double v) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.6lf", v);
+    return text;
+}
+
+}  // namespace
+
+// ---- Look-up ----------------------------------------------------------------
+
+std::string PC_ENG::GetformulafromPqn(const std::string& section, const std::string& kind,
+                                      const Row&, const Row&) {
+    PD_KEYSECT* keys = KeySection(pqnData, section);
+    if (!keys) return "0";
+    const char* key = kind == "Dynamic" ? "_ICCdyn" : kind.c_str();
+    std::string v = keys->GetValue(key);
+    if (v.empty()) v = "0";
+    // The store keeps no formula trees: "0" stays "0" either way.
+    if (v == "0") keys->GetFromulaTree(key);
+    return v;
+}
+
+const std::string& PC_ENG::FormulaFor(const std::string& section, const std::string& kind,
+                                      const Row*& variables) {
+    static const std::string zero = "0";
+    variables = nullptr;
+    PD_KEYSECT* keys = KeySection(pqnData, section);
+    const char* key = kind == "leak_unused" ? "_ICCleak_unused" : kind.c_str();
+    const char* text = keys ? keys->GetValue(key) : "";
+    if (!*text || std::strcmp(text, "0") == 0) {
+        if (PD_UTIL::IsCalcLogOpen())
+            PD_UTIL::FCprintln("Note: There is no " + kind + " equation for " + section + " !");
+        return zero;
+    }
+    formulaKey.assign(text);
+    auto it = variableCache.find(formulaKey);
+    if (it == variableCache.end()) {
+        VariablesOf(formulaKey);
+        it = variableCache.find(formulaKey);
+    }
+    variables = &it->second;
+    return it->first;
+}
+
+const PC_ENG::Row& PC_ENG::VariablesOf(const std::string& formula) {
+    auto it = variableCache.find(formula);
+    if (it != variableCache.end()) return it->second;
+    Row list;
+    int n = 0;
+    char** pieces = PC_LATOR::BreakIntoPieces(formula.c_str(), &n);
+    for (int i = 0; i < n; ++i) {
+        if (!IsOperand(pieces[i])) list.emplace_back(pieces[i]);
+        delete[] pieces[i];
+    }
+    delete[] pieces;
+    return variableCache.emplace(formula, std::move(list)).first->second;
+}
+
+std::string PC_ENG::GetCalculationformula(const std::string& section, const std::string& kind,
+                                          Row& nameList, const Row&, const Row&) {
+    const Row* variables = nullptr;
+    const std::string& formula = FormulaFor(section, kind, variables);
+    if (variables) nameList.insert(nameList.end(), variables->begin(), variables->end());
+    return formula;
+}
+
+bool PC_ENG::hardCodeFormula(const std::string& section) {
+    PD_KEYSECT* keys = KeySection(pqnData, section);
+    return !keys || keys->GetNumOfKeys() < 2;
+}
+
+bool PC_ENG::polynomial_equation_type(const std::string& section) {
+    PD_PWRSECT* pwr = PwrSection(section);
+    if (!pwr || pwr->GetNumOfSupplies() == 0 || pwr->GetNumOfMembers() == 0) return false;
+    const char* member = pwr->GetMember(0)->name.c_str();
+    const char* supply = pwr->GetSupply(0);
+    return std::strcmp(pwr->GetA(member, supply), "null") == 0 &&
+           std::strcmp(pwr->GetE(member, supply), "null") != 0;
+}
+
+PD_PWRSECT* PC_ENG::PwrSection(const std::string& block) {
+    return dynamic_cast<PD_PWRSECT*>(pwrData->GetSection(block.c_str()));
+}
+
+void PC_ENG::Detect5thpolyEquation() {
+    polynomialFlag = false;
+    const char* env = std::getenv("VRL_PWC_POLINOMIAL");
+    if (!env || std::strcmp(env, "1") != 0) return;
+    polynomialFlag = true;
+    SwapPolynomialSections(pqnData);
+    SwapPolynomialSections(pwrData);
+}
+
+// ---- Constants ---------------------------------------------------------------
+
+void PC_ENG::InitConstants(const std::vector<std::string>& names,
+                           const std::vector<std::string>& values) {
+    Row n(names), v(values);
+    if (PassesArchAndOverride(ArchName())) {
+        n.emplace_back("archName");
+        v.emplace_back(ArchName());
+        n.emplace_back("VCC_CORE_DYN_OVERRIDE");
+        PD_KEYSECT* reg = KeySection(pwrData, "REGULATOR_MISC");
+        v.emplace_back(reg ? reg->GetValue("VCC_CORE_DYN_OVERRIDE") : "");
+    }
+    PD_KEYSECT* pllRegulator = KeySection(pwrData, "REGULATOR PLL");
+    const int count = static_cast<int>(n.size());
+    for (const KConstant& k : KConstants()) {
+        std::string* member = KValue(k.kName);
+        if (!member || !(member->empty() || *member == "0")) continue;
+        std::string voltage = RowValue(k.supply, n, v);
+        if (pllRegulator && std::strcmp(k.supply, "VCCPLL") == 0)
+            voltage = pllRegulator->GetValue("VCCPLL_CORE_DYN_OVERRIDE");
+        *member = Get_dK(k.kName, n, v, count, voltage);
+    }
+}
+
+// ---- Display -------------------------------------------------------------------
+
+std::string PC_ENG::Addmore2equation(const std::string& equation, const std::string& termName,
+                                     const std::string& termFormula, const std::string&,
+                                     double value) {
+    if (equation == "0") return termName + "%" + termFormula + " = " + Fixed6(value);
+    std::vector<std::string> parts;
+    for (size_t start = 0;;) {
+        const size_t eq = equation.find('=', start);
+        parts.push_back(equation.substr(start, eq == std::string::npos ? eq : eq - start));
+        if (eq == std::string::npos) break;
+        start = eq + 1;
+    }
+    if (parts.size() != 2 && parts.size() != 3) return equation;
+    const std::string& left = parts[0];
+    const double sum = std::strtod(parts.back().c_str(), nullptr) + value;
+    bool named = false;
+    for (size_t start = 0;;) {
+        const size_t plus = left.find('+', start);
+        std::string term = left.substr(start, plus == std::string::npos ? plus : plus - start);
+        const size_t mark = term.find('%');
+        if (mark != std::string::npos) term = term.substr(0, mark);
+        TrimBlanks(term);
+        if (term == termName) named = true;
+        if (plus == std::string::npos) break;
+        start = plus + 1;
+    }
+    std::string out = left;
+    if (!named) out += " + " + std::string(" ") + termName + "%" + termFormula;
+    if (parts.size() == 3) out += "=" + parts[1];
+    return out + " = " + Fixed6(sum);
+}
+
+// The debug panels arrive with the reports.
+void PC_ENG::SaveToDebugPanel(const std::string&, const std::string&, const std::string&, double,
+                              const std::string&, const std::string&, const std::string&) {}

@@ -1,0 +1,375 @@
+// Block and supply members: the shared pattern of a block's currents, and the
+// logic block's and routing's members.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "baspcengin.h"
+#include "baspcformula/formula_util.h"
+#include "pd_util.h"
+
+using namespace pwcformula;
+
+namespace {
+
+const char* ModelName(PC_ENG::IccModel model) {
+    static const char* const names[] = {"IccDyn",           "IccDyn",          "IccDyn",
+                                        "IccLeak",          "IccLeakUnused",   "IccLeakDFB",
+                                        "IccLeakDFBUnused", "IccBias",         "IccBiasUnused",
+                                        "IccBiasDFB",       "IccBiasDFBUnused"};
+    return names[static_cast<int>(model)];
+}
+
+// "name = term + term = %g + %g = %g" for the calculation log.
+void LogSum(const std::string& name, const std::vector<std::string>& terms,
+            const std::vector<double>& numbers, double sum) {
+    if (!PD_UTIL::IsCalcLogOpen()) return;
+    std::string line = name + " = ";
+    for (size_t i = 0; i < terms.size(); ++i) line += (i ? " + " : "") + terms[i];
+    line += " = ";
+    for (size_t i = 0; i < numbers.size(); ++i) line += (i ? " + " : "") + Print("%g", numbers[i]);
+    PD_UTIL::FCprintln(line + " = " + Print("%g", sum));
+}
+
+double Count(const char* column, const PC_ENG::Row& names, const PC_ENG::Row& values) {
+    return std::strtod(RowValue(column, names, values).c_str(), nullptr);
+}
+
+// Architectures whose switch boxes are counted as "ISB" and "ISBCLK" only.
+bool HasShortSwitchBoxList(const std::string& arch) {
+    static const char* const exact[] = {"rv7c00", "kt7c00", "zn3c00a", "zn3c00f", "rv7d00",
+                                        "pl7w00", "cu7s00", "wd7c00",  "wd7r00"};
+    if (arch.find("zn2c00") != std::string::npos || arch.find("bf7p00") != std::string::npos)
+        return true;
+    for (const char* a : exact)
+        if (arch == a) return true;
+    return false;
+}
+
+}  // namespace
+
+// ---- The shared pattern --------------------------------------------------------------
+
+double PC_ENG::SumIccTerms(const std::string& logName, const std::vector<IccTerm>& terms,
+                           const std::string& supply, const Row& names, const Row& values) {
+    double sum = 0.0;
+    std::vector<double> numbers;
+    numbers.reserve(terms.size());
+    for (const IccTerm& t : terms) {
+        const std::string& e = t.equationSection;
+        double i = 0.0;
+        switch (t.model) {
+            case IccModel::Dyn:
+                i = GetIccDyn(e, t.block, t.item, t.count, t.label, supply, names, values);
+                break;
+            case IccModel::DynAF100:
+                i = GetIccDynAF100(e, t.block, t.item, t.count, t.label, supply, names, values);
+                break;
+            case IccModel::DynFper2:
+                i = GetIccDynFper2(e, t.block, t.item, t.count, t.label, supply, names, values);
+                break;
+            case IccModel::Leak:
+                i = GetIccLeak(e, t.block, t.item, t.count, t.label, supply, names, values);
+                break;
+            case IccModel::LeakUnused:
+                i = GetIccLeakUnused(e, t.block, t.item, t.count, t.label, supply, names, values);
+                break;
+            case IccModel::LeakDFB:
+                i = GetIccLeakDFB(e, t.block, t.item, t.count, t.label, supply, names, values);
+                break;
+            case IccModel::LeakDFBUnused:
+                i = GetIccLeakDFBUnused(e, t.block, t.item, t.count, t.label, supply, names,
+                                        values);
+                break;
+            case IccModel::Bias:
+                i = GetIccBias(e, t.block, t.item, t.count, t.label, supply, names, values);
+                break;
+            case IccModel::BiasUnused:
+                i = GetIccBiasUnused(e, t.block, t.item, t.count, t.label, supply, names, values);
+                break;
+            case IccModel::BiasDFB:
+                i = GetIccBiasDFB(e, t.block, t.item, t.count, t.label, supply, names, values);
+                break;
+            case IccModel::BiasDFBUnused:
+                i = GetIccBiasDFBUnused(e, t.block, t.item, t.count, t.label, supply, names,
+                                        values);
+                break;
+        }
+        numbers.push_back(i);
+        sum += i;
+    }
+    if (PD_UTIL::IsCalcLogOpen()) {
+        std::vector<std::string> termNames;
+        for (const IccTerm& t : terms) termNames.push_back(ModelName(t.model) + t.block + t.item);
+        LogSum(logName, termNames, numbers, sum);
+    }
+    return sum;
+}
+
+double PC_ENG::ProcessBlockDyn(const std::string& x, const std::string& supply, bool af100,
+                               const Row& names, const Row& values) {
+    const IccModel model = af100 ? IccModel::DynAF100 : IccModel::Dyn;
+    return SumIccTerms("IccDyn" + x + supply, {{model, x, x, x, x, x}}, supply, names, values);
+}
+
+double PC_ENG::ProcessBlockLeakUsed(const std::string& x, const std::string& supply,
+                                    bool perElement, const Row& names, const Row& values) {
+    std::vector<IccTerm> terms = {{IccModel::LeakDFB, x, x, "DCforBLOCK_used", x, x}};
+    if (perElement) terms.push_back({IccModel::Leak, x, x, x, x, x});
+    return SumIccTerms("IccLeak" + x + supply + "Used", terms, supply, names, values);
+}
+
+double PC_ENG::ProcessBlockBiasUsed(const std::string& x, const std::string& supply,
+                                    bool perElement, const Row& names, const Row& values) {
+    std::vector<IccTerm> terms = {{IccModel::BiasDFB, x, x, "DCforBLOCK_used", x, x}};
+    if (perElement) terms.push_back({IccModel::Bias, x, x, x, x, x});
+    return SumIccTerms("IccBias" + x + supply + "Used", terms, supply, names, values);
+}
+
+// The per-element term runs over all elements of the device and the block
+// term over the free ones, by decision.
+double PC_ENG::ProcessBlockLeakUnused(const std::string& x, const std::string& supply,
+                                      const Row& names, const Row& values) {
+    return SumIccTerms(
+        "IccLeak" + x + supply + "Unused",
+        {{IccModel::LeakUnused, x, x, x, x + "_total", x + "_total"},
+         {IccModel::LeakDFBUnused, x, x, "DCforBLOCK_unused", x + "_unused", x + "_unused"}},
+        supply, names, values);
+}
+
+double PC_ENG::ProcessBlockBiasUnused(const std::string& x, const std::string& supply,
+                                      const Row& names, const Row& values) {
+    return SumIccTerms(
+        "IccBias" + x + supply + "Unused",
+        {{IccModel::BiasUnused, x, x, x, x + "_total", x + "_total"},
+         {IccModel::BiasDFBUnused, x, x, "DCforBLOCK_unused", x + "_unused", x + "_unused"}},
+        supply, names, values);
+}
+
+// ---- Routing -------------------------------------------------------------------------------
+
+double PC_ENG::RoutingTerms(IccModel model, const std::string& supply, const Row& names,
+                            const Row& values) {
+    static const char* const kShortList[] = {"ISB", "ISBCLK"};
+    static const char* const kLongList[] = {"ISBLUT", "ISBCE", "ISBLSR", "ISBM", "ISBCLK"};
+    const std::string arch = ArchName();
+    const bool splitX1 = arch == "rv7d00";
+    const bool shortList = HasShortSwitchBoxList(arch);
+
+    std::vector<const char*> wires = {"X0"};
+    if (splitX1) {
+        wires.push_back("X1d");
+        wires.push_back("X1f");
+    } else {
+        wires.push_back("X1");
+    }
+    wires.push_back("X2");
+    wires.push_back("X6");
+    if (shortList)
+        wires.insert(wires.end(), std::begin(kShortList), std::end(kShortList));
+    else
+        wires.insert(wires.end(), std::begin(kLongList), std::end(kLongList));
+
+    const bool unused = model == IccModel::LeakUnused || model == IccModel::BiasUnused;
+    const std::string eq = "Logic", block = "ROUTING";
+    std::string item, column;
+    double sum = 0.0, x1d = 0.0, x1f = 0.0;
+    std::vector<double> numbers;
+    numbers.reserve(wires.size());
+    for (const char* wire : wires) {
+        item = wire;
+        item += unused ? "_unused" : "_used";
+        column = unused ? item : wire;
+        double i = 0.0;
+        switch (model) {
+            case IccModel::Dyn:
+                // The clock switch box toggles at every edge: full rate, AF 100 %.
+                if (std::strcmp(wire, "ISBCLK") == 0)
+                    i = GetIccDyn(eq, block, item, column, item, supply, names, values);
+                else
+                    i = GetIccDynFper2(eq, block, item, column, item, supply, names, values);
+                break;
+            case IccModel::Leak:
+                i = GetIccLeak(eq, block, item, column, item, supply, names, values);
+                break;
+            case IccModel::Bias:
+                i = GetIccBias(eq, block, item, column, item, supply, names, values);
+                break;
+            case IccModel::LeakUnused:
+                i = GetIccLeakUnused(eq, block, item, column, item, supply, names, values);
+                break;
+            case IccModel::BiasUnused:
+                i = GetIccBiasUnused(eq, block, item, column, item, supply, names, values);
+                break;
+            default:
+                break;
+        }
+        if (std::strcmp(wire, "X1d") == 0) x1d = i;
+        if (std::strcmp(wire, "X1f") == 0) x1f = i;
+        numbers.push_back(i);
+        sum += i;
+    }
+    if (PD_UTIL::IsCalcLogOpen()) {
+        const std::string kind = std::string(ModelName(model)).substr(3);
+        if (splitX1)
+            PD_UTIL::FCprintln("Icc" + kind + "X1 = Icc" + kind + "X1d + Icc" + kind +
+                               "X1f = " + Print("%g", x1d) + " + " + Print("%g", x1f) + " = " +
+                               Print("%g", x1d + x1f));
+        std::vector<std::string> terms;
+        for (const char* wire : wires) terms.push_back("Icc" + kind + wire);
+        LogSum("Icc" + kind + "RoutingISB", terms, numbers, sum);
+    }
+    return sum;
+}
+
+double PC_ENG::GetRoutingISBdyn(const std::string&, const Row& names, const Row& values,
+                                const std::string& supply) {
+    return RoutingTerms(IccModel::Dyn, supply, names, values);
+}
+double PC_ENG::GetRoutingISBleakUsed(const std::string&, const Row& names, const Row& values,
+                                     const std::string& supply) {
+    return RoutingTerms(IccModel::Leak, supply, names, values);
+}
+double PC_ENG::GetRoutingISBbiasUsed(const std::string&, const Row& names, const Row& values,
+                                     const std::string& supply) {
+    return RoutingTerms(IccModel::Bias, supply, names, values);
+}
+double PC_ENG::GetRoutingISBleakUnused(const std::string&, const Row& names, const Row& values,
+                                       const std::string& supply) {
+    return RoutingTerms(IccModel::LeakUnused, supply, names, values);
+}
+double PC_ENG::GetRoutingISBbiasUnused(const std::string&, const Row& names, const Row& values,
+                                       const std::string& supply) {
+    return RoutingTerms(IccModel::BiasUnused, supply, names, values);
+}
+
+// ---- Logic block -----------------------------------------------------------------------------
+
+double PC_ENG::ProcessLogicDynVcc(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply) {
+    const double lut =
+        GetIccDynFper2(panel, "SLICE", "LUT_used", "LUT", "LUT_used", supply, names, values);
+    const double ram = GetIccDynFper2(panel, "SLICE", "RAM", "RAM", "RAM", supply, names, values);
+    const double rip =
+        GetIccDynFper2(panel, "SLICE", "RIPPLE", "RIPPLE", "RIPPLE", supply, names, values);
+    const double reg =
+        GetIccDyn(panel, "SLICE", "REG_used", "REG", "REG_used", supply, names, values);
+    const double routing = GetRoutingISBdyn(panel, names, values, supply);
+    const double sum = lut + ram + rip + reg + routing;
+    if (PD_UTIL::IsCalcLogOpen()) {
+        char text[256];
+        std::snprintf(text, sizeof text, "%g + %g + %g + %g + %g = %g", lut, ram, rip, reg, routing,
+                      sum);
+        PD_UTIL::FCprintln(std::string("IccDynLogicRouting = IccDynLUT + IccDynRAM + IccDynRIP + "
+                                       "IccDynREG + IccDynRoutingISB=") +
+                           text);
+    }
+    return sum;
+}
+
+namespace {
+
+// The four per-element items of a slice, with their count columns.
+struct SliceItem {
+    const char* item;
+    const char* column;
+    const char* term;
+};
+const SliceItem kSliceItems[] = {{"LUT_used", "LUT", "LUT"},
+                                 {"RAM", "RAM", "RAM"},
+                                 {"RIPPLE", "RIPPLE", "RIP"},
+                                 {"REG_used", "REG", "REG"}};
+const SliceItem kSliceUnusedItems[] = {{"LUT_unused", "LUT_unused", "LUTunused"},
+                                       {"REG_unused", "REG_unused", "REGunused"}};
+
+}  // namespace
+
+double PC_ENG::ProcessLogicLeakUsedVcc(const std::string& panel, const Row& names,
+                                       const Row& values, const std::string& supply) {
+    double sum = 0.0, count = 0.0;
+    std::vector<double> numbers;
+    numbers.reserve(6);
+    for (const SliceItem& s : kSliceItems) {
+        const double n = Count(s.column, names, values);
+        count += n;
+        numbers.push_back(GetIccLeak(panel, "SLICE", s.item, n, s.item, supply, names, values));
+    }
+    numbers.push_back(GetIccLeakDFB(panel, "SLICE", "DCforBLOCK_used", count, "(lut+ram+rip+reg)",
+                                    supply, names, values));
+    numbers.push_back(GetRoutingISBleakUsed(panel, names, values, supply));
+    for (double n : numbers) sum += n;
+    if (PD_UTIL::IsCalcLogOpen())
+        LogSum("IccLeakLogicRoutingUsed",
+               {"IccLeakLUT", "IccLeakRAM", "IccLeakRIP", "IccLeakREG", "IccLeakDFBlogic",
+                "IccLeakISBroutCIB"},
+               numbers, sum);
+    return sum;
+}
+
+double PC_ENG::ProcessLogicBiasUsedVcc(const std::string& panel, const Row& names,
+                                       const Row& values, const std::string& supply) {
+    double sum = 0.0, count = 0.0;
+    std::vector<double> numbers;
+    numbers.reserve(6);
+    for (const SliceItem& s : kSliceItems) {
+        const double n = Count(s.column, names, values);
+        count += n;
+        numbers.push_back(GetIccBias(panel, "SLICE", s.item, n, s.item, supply, names, values));
+    }
+    numbers.push_back(GetIccBiasDFB(panel, "SLICE", "DCforBLOCK_used", count, "(lut+ram+rip+reg)",
+                                    supply, names, values));
+    numbers.push_back(GetRoutingISBbiasUsed(panel, names, values, supply));
+    for (double n : numbers) sum += n;
+    if (PD_UTIL::IsCalcLogOpen())
+        LogSum("IccBiasLogicRoutingUsed",
+               {"IccBiasLUT", "IccBiasRAM", "IccBiasRIP", "IccBiasREG", "IccBiasDFBlogic",
+                "IccBiasISBroutCIB"},
+               numbers, sum);
+    return sum;
+}
+
+double PC_ENG::ProcessLogicLeakUnused(const std::string& panel, const Row& names, const Row& values,
+                                      const std::string& supply) {
+    double sum = 0.0, count = 0.0;
+    std::vector<double> numbers;
+    numbers.reserve(6);
+    for (const SliceItem& s : kSliceUnusedItems) {
+        const double n = Count(s.column, names, values);
+        count += n;
+        numbers.push_back(
+            GetIccLeakUnused(panel, "SLICE", s.item, n, s.item, supply, names, values));
+    }
+    numbers.push_back(GetIccLeakDFBUnused(panel, "SLICE", "DCforBLOCK_unused", count,
+                                          "(lutUnused+regUnused)", supply, names, values));
+    numbers.push_back(GetRoutingISBleakUnused(panel, names, values, supply));
+    for (double n : numbers) sum += n;
+    if (PD_UTIL::IsCalcLogOpen())
+        LogSum("IccLeakLogicRoutingUnused",
+               {"IccLeakLUTunused", "IccLeakREGunused", "IccLeakDFBlogicUnused",
+                "IccLeakISBroutCIBUnused"},
+               numbers, sum);
+    return sum;
+}
+
+double PC_ENG::ProcessLogicBiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                      const std::string& supply) {
+    double sum = 0.0, count = 0.0;
+    std::vector<double> numbers;
+    numbers.reserve(6);
+    for (const SliceItem& s : kSliceUnusedItems) {
+        const double n = Count(s.column, names, values);
+        count += n;
+        numbers.push_back(
+            GetIccBiasUnused(panel, "SLICE", s.item, n, s.item, supply, names, values));
+    }
+    numbers.push_back(GetIccBiasDFBUnused(panel, "SLICE", "DCforBLOCK_unused", count,
+                                          "(lutUnused+regUnused)", supply, names, values));
+    numbers.push_back(GetRoutingISBbiasUnused(panel, names, values, supply));
+    for (double n : numbers) sum += n;
+    if (PD_UTIL::IsCalcLogOpen())
+        LogSum("IccBiasLogicRoutingUnused",
+               {"IccBiasLUTunused", "IccBiasREGunused", "IccBiasDFBlogicUnused",
+                "IccBiasISBroutCIBUnused"},
+               numbers, sum);
+    return sum;
+}
