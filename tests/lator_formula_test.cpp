@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -293,12 +294,50 @@ TEST(LatorClassifiers, Texts) {
 }
 
 TEST(LatorTrace, PrintsLikeG) {
-    const Strings names = {"X"};
-    for (const char* value : {"0.000001234567", "123456789", "1234567", "100000", "0.0001",
-                              "0.00001", "-0.0", "3.14159265358979", "1000000"}) {
+    const Strings names = {"X", "S"};
+    auto check = [&](const std::string& value, const char* scale) {
         std::string trace;
-        const double result = PC_LATOR::ProcessCalculator("X", trace, names, Strings{value}, 1);
-        EXPECT_EQ(trace, std::string(value) + "=" + G(result)) << value;
+        const double result = PC_LATOR::ProcessCalculator("X*S", trace, names, {value, scale}, 2);
+        EXPECT_EQ(trace, value + "*" + scale + "=" + G(result)) << value << "*" << scale;
+    };
+    // Rounding edges of the sixth digit, exact ties, the style switches.
+    for (const char* value : {"0.000001234567",
+                              "123456789",
+                              "1234567",
+                              "100000",
+                              "999999.5",
+                              "999999.4999999",
+                              "9.999995",
+                              "9.9999950000001",
+                              "9.99997",
+                              "99999.7",
+                              "0.0000999997",
+                              "123456.5",
+                              "123457.5",
+                              "0.0001",
+                              "0.00009999995",
+                              "0.00001",
+                              "-0.0",
+                              "3.14159265358979",
+                              "1000000",
+                              "1.234565",
+                              "0.1",
+                              "0.3"}) {
+        check(value, "1");
+    }
+    std::mt19937_64 random(5);
+    const char* scales[] = {"1", "0.00000000001", "100000000000", "0.000000000000000000001",
+                            "1000000000000000000000000"};
+    char text[64];
+    for (int i = 0; i < 20000; ++i) {
+        const double mantissa = static_cast<double>(random() % 100000000000ULL) /
+                                std::pow(10.0, static_cast<double>(random() % 12));
+        std::snprintf(text, sizeof(text), "%.12f", mantissa);
+        check(text, scales[random() % 5]);
+        // Halfway in decimal at the seventh significant digit.
+        std::snprintf(text, sizeof(text), "%llu5",
+                      static_cast<unsigned long long>(100000 + random() % 900000));
+        check(text, scales[random() % 5]);
     }
 }
 

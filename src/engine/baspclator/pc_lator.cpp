@@ -1,7 +1,10 @@
 #include "baspclator/pc_lator.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cmath>
+#include <cstdint>
 #include <cstring>
 
 char PC_LATOR::valueBuffer[PC_LATOR::kValueBufferSize];
@@ -75,6 +78,23 @@ class Piece {
     SmallText<256> copy;
 };
 
+enum CharClass : unsigned char { kDigit = 1, kLetter = 2, kDot = 4 };
+
+constexpr std::array<unsigned char, 256> MakeCharClasses() {
+    std::array<unsigned char, 256> classes{};
+    for (int c = 0; c < 256; ++c) {
+        const char ch = static_cast<char>(c);
+        classes[c] =
+            (IsItNumber(ch) ? kDigit : 0) | (IsItLetter(ch) ? kLetter : 0) | (ch == '.' ? kDot : 0);
+    }
+    return classes;
+}
+constexpr std::array<unsigned char, 256> kCharClasses = MakeCharClasses();
+
+inline bool HasClass(char c, unsigned char mask) {
+    return (kCharClasses[static_cast<unsigned char>(c)] & mask) != 0;
+}
+
 // The pieces of a formula: names, numbers and single operator characters.
 // Blanks, tabs and line ends are dropped, so a piece need not be contiguous.
 // Runs of letters or digits are taken whole: inside a run the state does not
@@ -91,10 +111,10 @@ bool ScanPieces(const char* text, Emit&& emit) {
         const char* end = p + 1;
         int kind;
         if (IsItNumber(c) || (c == '.' && p != text)) {
-            while (IsItNumber(*end) || *end == '.') ++end;
+            while (HasClass(*end, kDigit | kDot)) ++end;
             kind = kNumber;
         } else if (IsItLetter(c)) {
-            while (IsItLetter(*end)) ++end;
+            while (HasClass(*end, kLetter)) ++end;
             kind = kName;
         } else if (c == '\t' || c == '\n' || c == ' ') {
             ++p;
@@ -153,21 +173,208 @@ std::string_view FindInArrays(std::string_view name, const char* const* names,
     return {};
 }
 
+// The names of one row chained by a small hash of their first two characters
+// and length, built once per evaluation so that each piece is found without
+// walking the whole row. Chains run in index order: the first exact match
+// comes first.
+class NameIndex {
+  public:
+    static constexpr int kMaxNames = 254;
+
+    static unsigned Key(char first, char second, std::size_t length) {
+        return (static_cast<unsigned char>(first) * 7u + static_cast<unsigned char>(second) * 3u +
+                static_cast<unsigned>(length)) &
+               (kSlots - 1);
+    }
+    static unsigned Key(std::string_view name) {
+        return Key(name.empty() ? '\0' : name[0], name.size() > 1 ? name[1] : '\0', name.size());
+    }
+
+    template <typename KeyOf>
+    void Build(int count, KeyOf&& keyOf) {
+        std::memset(head, kNone, sizeof(head));
+        for (int i = count - 1; i >= 0; --i) {
+            const unsigned key = keyOf(i);
+            next[i] = head[key];
+            head[key] = static_cast<std::uint8_t>(i);
+        }
+    }
+    int First(unsigned key) const { return head[key] == kNone ? -1 : head[key]; }
+    int Next(int i) const { return next[i] == kNone ? -1 : next[i]; }
+
+  private:
+    static constexpr unsigned kSlots = 64;
+    static constexpr std::uint8_t kNone = 255;
+    std::uint8_t head[kSlots];
+    std::uint8_t next[kMaxNames];
+};
+
+class VectorRow {
+  public:
+    VectorRow(const std::vector<std::string>& n, const std::vector<std::string>& v, int count)
+        : names(n), values(v), count(count) {
+        limit = static_cast<int>(std::min(names.size(), values.size()));
+        if (count >= 0) limit = std::min(limit, count);
+    }
+    std::string_view Find(std::string_view name) {
+        if (limit > NameIndex::kMaxNames) return FindInVectors(name, names, values, count);
+        if (!indexed) {
+            index.Build(limit, [&](int i) {
+                const std::string& s = names[static_cast<std::size_t>(i)];
+                return NameIndex::Key(s[0], s.size() > 1 ? s[1] : '\0', s.size());
+            });
+            indexed = true;
+        }
+        for (int i = index.First(NameIndex::Key(name)); i >= 0; i = index.Next(i)) {
+            const std::string& candidate = names[static_cast<std::size_t>(i)];
+            if (candidate.size() == name.size() &&
+                std::memcmp(candidate.data(), name.data(), name.size()) == 0) {
+                const std::string& value = values[static_cast<std::size_t>(i)];
+                return {value.data(), std::min(value.size(), PC_LATOR::kValueBufferSize - 1)};
+            }
+        }
+        return {};
+    }
+    bool Regulated() const { return PC_LATOR::IsRegulatorBeingUsed(names, values, count); }
+
+  private:
+    const std::vector<std::string>& names;
+    const std::vector<std::string>& values;
+    int count;
+    int limit;
+    bool indexed = false;
+    NameIndex index;
+};
+
+class ArrayRow {
+  public:
+    ArrayRow(const char* const* n, const char* const* v, int count)
+        : names(n), values(v), count(n && v ? count : 0) {}
+    std::string_view Find(std::string_view name) {
+        if (count > NameIndex::kMaxNames) return FindInArrays(name, names, values, count);
+        if (!indexed) {
+            // Without the lengths at hand the key uses 0 for them.
+            index.Build(count, [&](int i) {
+                const char* s = names[i] ? names[i] : "";
+                return NameIndex::Key(s[0], s[0] ? s[1] : '\0', 0);
+            });
+            indexed = true;
+        }
+        const unsigned key =
+            NameIndex::Key(name.empty() ? '\0' : name[0], name.size() > 1 ? name[1] : '\0', 0);
+        for (int i = index.First(key); i >= 0; i = index.Next(i)) {
+            const char* candidate = names[i];
+            if (candidate == nullptr) continue;
+            std::size_t k = 0;
+            while (k < name.size() && candidate[k] == name[k]) ++k;
+            if (k == name.size() && candidate[k] == '\0') {
+                return values[i] ? std::string_view(values[i]) : std::string_view();
+            }
+        }
+        return {};
+    }
+    bool Regulated() const { return PC_LATOR::IsRegulatorBeingUsed(names, values, count); }
+
+  private:
+    const char* const* names;
+    const char* const* values;
+    int count;
+    bool indexed = false;
+    NameIndex index;
+};
+
+constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                             1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// |value| * 10^power with one rounding, for |power| <= 22.
+inline double ScaleByPow10(double value, int power) {
+    return power >= 0 ? value * kPow10[power] : value / kPow10[-power];
+}
+
+// The text of "%g": six significant digits, trailing zeros dropped, exponent
+// form below 1e-4 and from 1e6 on. The six digits come from |value| scaled
+// into [1e5, 1e6) by an exact power of ten; that product is off by less than
+// 2^-33, so away from a rounding tie it rounds as the exact value does. Ties,
+// and values far from 1, are printed by the library. Returns the length.
+std::size_t FormatG(double value, char* out) {
+    const double magnitude = std::fabs(value);
+    if (!(magnitude >= 1e-17 && magnitude < 1e27)) {
+        return static_cast<std::size_t>(
+            std::to_chars(out, out + 32, value, std::chars_format::general, 6).ptr - out);
+    }
+    int exponent = 0;
+    int exponentBinary = 0;
+    std::frexp(magnitude, &exponentBinary);
+    exponent = (exponentBinary * 1233) >> 12;  // about log10(2^e), at most one too high
+    double scaled = ScaleByPow10(magnitude, 5 - exponent);
+    if (scaled < 100000.0) {
+        --exponent;
+        scaled = ScaleByPow10(magnitude, 5 - exponent);
+    }
+    const double whole = std::floor(scaled);
+    const double fraction = scaled - whole;
+    if (std::fabs(fraction - 0.5) < 1e-6 || scaled < 100000.0 - 1e-6 || scaled >= 1000000.0 ||
+        5 - exponent > 22 || 5 - exponent < -22) {
+        return static_cast<std::size_t>(
+            std::to_chars(out, out + 32, value, std::chars_format::general, 6).ptr - out);
+    }
+    auto digits = static_cast<std::uint32_t>(whole) + (fraction > 0.5 ? 1u : 0u);
+    if (digits >= 1000000u) {
+        digits /= 10;
+        ++exponent;
+    }
+    char six[6];
+    for (int k = 5; k >= 0; --k) {
+        six[k] = static_cast<char>('0' + digits % 10);
+        digits /= 10;
+    }
+    int significant = 6;
+    while (significant > 1 && six[significant - 1] == '0') --significant;
+
+    char* p = out;
+    if (std::signbit(value)) *p++ = '-';
+    if (exponent >= -4 && exponent < 6) {
+        if (exponent < 0) {
+            *p++ = '0';
+            *p++ = '.';
+            for (int k = -1; k > exponent; --k) *p++ = '0';
+            for (int k = 0; k < significant; ++k) *p++ = six[k];
+        } else {
+            for (int k = 0; k <= exponent; ++k) *p++ = six[k];
+            if (significant > exponent + 1) {
+                *p++ = '.';
+                for (int k = exponent + 1; k < significant; ++k) *p++ = six[k];
+            }
+        }
+    } else {
+        *p++ = six[0];
+        if (significant > 1) {
+            *p++ = '.';
+            for (int k = 1; k < significant; ++k) *p++ = six[k];
+        }
+        *p++ = 'e';
+        *p++ = exponent < 0 ? '-' : '+';
+        const int shown = exponent < 0 ? -exponent : exponent;
+        *p++ = static_cast<char>('0' + shown / 10);
+        *p++ = static_cast<char>('0' + shown % 10);
+    }
+    return static_cast<std::size_t>(p - out);
+}
+
 constexpr std::string_view kSupplyWithRegulator = "VCC";
 constexpr std::string_view kRegulatorOverride = "VCC_CORE_DYN_OVERRIDE";
 
-// find(name) gives a value text; regulated() tells IsRegulatorBeingUsed.
-template <typename Find, typename Regulated>
-double Process(const std::string& formula, std::string& trace, Find&& find, Regulated&& regulated) {
+template <typename Row>
+double Process(const std::string& formula, std::string& trace, Row& row) {
     SmallText<512> text;
     const bool bound = ScanPieces(formula.c_str(), [&](std::string_view piece) {
         if (IsRightNumber(piece) || IsOperand(piece)) {
             text.append(piece.data(), piece.size());
             return true;
         }
-        std::string_view value = find(piece);
+        std::string_view value = row.Find(piece);
         if (value.empty()) return false;
-        if (piece == kSupplyWithRegulator && regulated()) value = find(kRegulatorOverride);
+        if (piece == kSupplyWithRegulator && row.Regulated()) value = row.Find(kRegulatorOverride);
         text.append(value.data(), value.size());
         return true;
     });
@@ -178,11 +385,10 @@ double Process(const std::string& formula, std::string& trace, Find&& find, Regu
     const double result = calculator.Evaluate();
 
     char number[64];
-    const auto printed =
-        std::to_chars(number, number + sizeof(number), result, std::chars_format::general, 6);
+    const std::size_t printed = FormatG(result, number);
     trace.assign(text.data(), text.length());
     trace.push_back('=');
-    trace.append(number, static_cast<std::size_t>(printed.ptr - number));
+    trace.append(number, printed);
     return result;
 }
 
@@ -254,19 +460,15 @@ PC_LATOR::PC_LATOR(const char*) {}
 
 double PC_LATOR::ProcessCalculator(const std::string& formula, std::string& trace,
                                    const char* const* names, const char* const* values, int count) {
-    return Process(
-        formula, trace,
-        [&](std::string_view name) { return FindInArrays(name, names, values, count); },
-        [&] { return IsRegulatorBeingUsed(names, values, count); });
+    ArrayRow row(names, values, count);
+    return Process(formula, trace, row);
 }
 
 double PC_LATOR::ProcessCalculator(const std::string& formula, std::string& trace,
                                    const std::vector<std::string>& names,
                                    const std::vector<std::string>& values, int count) {
-    return Process(
-        formula, trace,
-        [&](std::string_view name) { return FindInVectors(name, names, values, count); },
-        [&] { return IsRegulatorBeingUsed(names, values, count); });
+    VectorRow row(names, values, count);
+    return Process(formula, trace, row);
 }
 
 char** PC_LATOR::BreakIntoPieces(const char* text, int* count) {

@@ -166,12 +166,12 @@ bool ArchAlwaysUsesRegulator(std::string_view arch);
 // The rule of IsRegulatorBeingUsed on the two texts themselves.
 bool RegulatorInUse(std::string_view arch, std::string_view device);
 
-inline bool IsItNumber(char c) {
+constexpr bool IsItNumber(char c) {
     return c >= '0' && c <= '9';
 }
 bool IsItNumber(const char* text);
 // A letter of either case or "_".
-inline bool IsItLetter(char c) {
+constexpr bool IsItLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
 }
 bool IsItLetter(const char* text);  // letters only; "_" does not count
