@@ -44,6 +44,9 @@ void PC_ENG::SetDefaultParameter() {
 
     if (PD_KEYSECT* settings = KeySection(project, "Settings")) {
         if (*settings->GetValue("ProcessType")) SetProcessType(settings->GetValue("ProcessType"));
+        if (*settings->GetValue("EstimationMode"))
+            estimationLevel = settings->GetValue("EstimationMode");
+        SoftwareMode = settings->GetValue("SoftwareMode");
         graphDirty = std::strcmp(settings->GetValue("graphDirty"), "true") == 0;
         graphProcessing = std::strcmp(settings->GetValue("graphProcessing"), "true") == 0;
         auto text = [settings](const char* key, const char* def) {

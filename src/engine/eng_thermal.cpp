@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "baspcengin.h"
+#include "pc_settling.h"
 
 namespace {
 
@@ -24,37 +25,6 @@ bool EnvIs(const char* name, const char* value) {
     return v && std::strcmp(v, value) == 0;
 }
 
-// The settling test: the percentage change between passes must shrink while
-// it is positive and rise towards zero while it is negative.
-struct SettlingTest {
-    static constexpr double kSentinel = -999.0;
-    explicit SettlingTest(double start) : previous(start) {}
-
-    // True when the pass approaches, false when it diverges.
-    bool Apply(double next) {
-        double base;
-        if (previous == 0.0) {
-            base = 0.01;
-            previous = next == 0.0 ? 0.01 : next;
-        } else {
-            base = previous;
-            previous = next;
-        }
-        change = (previous - base) / base * 100.0;
-        if (lastChange == kSentinel || (lastChange >= change && lastChange >= 0.0) ||
-            (change >= lastChange && 0.0 >= lastChange)) {
-            lastChange = change;
-            return true;
-        }
-        return false;
-    }
-    bool Within(double low, double high) const { return low <= change && change <= high; }
-
-    double previous;
-    double lastChange = kSentinel;
-    double change = 0.0;
-};
-
 }  // namespace
 
 std::string PC_ENG::GetMaxjuction(const std::string& key) const {
@@ -71,7 +41,7 @@ double PC_ENG::CalculatePassPower() {
 std::vector<double> PC_ENG::CalculateJunctionTillDiverge(double theta, double ambient) {
     double tj = CalculatePassPower() * theta + ambient;
     JunctionTemperature = Format("%.2lf", tj);
-    SettlingTest test(ambient);
+    pwc::JunctionSettling test(ambient);
     bool approaching = test.Apply(tj);
     while (!test.Within(-1.0, 1.0) && approaching) {
         tj = CalculatePassPower() * theta + ambient;
@@ -147,7 +117,7 @@ void PC_ENG::CalculateJunctionTemp() {
     double tj = CalculatePassPower() * theta + ambient;
     JunctionTemperature = Format("%.2lf", tj);
     bool runaway = Num(MaxSafeAmbient) < 0.0;
-    SettlingTest test(ambient);
+    pwc::JunctionSettling test(ambient);
     for (;;) {
         if (!test.Apply(tj)) runaway = true;
         // Asymmetric band: only a tenth of a percent upward.
@@ -180,7 +150,7 @@ double PC_ENG::CalculateJunctionByGivenAmbProcSupply(const std::string& process,
 
     double tj = CalculatePassPower() * theta + ambient;
     JunctionTemperature = Format("%.4f", tj);
-    SettlingTest test(ambient);
+    pwc::JunctionSettling test(ambient);
     while (test.Apply(tj) && !test.Within(-1.0, 1.0)) {
         tj = CalculatePassPower() * theta + ambient;
         JunctionTemperature = Format("%.4f", tj);
