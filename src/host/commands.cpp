@@ -1,0 +1,255 @@
+// The commands of `pwc` and their dispatch.
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "host.h"
+
+namespace pwchost {
+
+namespace {
+
+struct CalcOptions {
+    std::string project;
+    std::vector<std::string> sets;
+    std::string ambient, process, save;
+    bool force = false, json = false;
+};
+
+struct NewOptions {
+    std::string family, device, package, speed, operating, output, design;
+    bool force = false;
+};
+
+struct ConvertOptions {
+    std::string input, output;
+    bool binary = false, text = false, force = false;
+};
+
+// The run log goes to --log, or nowhere: the engine's progress lines are not
+// for the terminal.
+class RunLogScope {
+  public:
+    explicit RunLogScope(const std::string& path)
+        : file_(std::fopen(path.empty() ? "/dev/null" : path.c_str(), "w")) {
+        if (!file_ && !path.empty()) throw UsageError("cannot write the log '" + path + "'");
+        SetRunLogTarget(file_);
+    }
+    ~RunLogScope() {
+        SetRunLogTarget(nullptr);
+        if (file_) std::fclose(file_);
+    }
+    RunLogScope(const RunLogScope&) = delete;
+    RunLogScope& operator=(const RunLogScope&) = delete;
+
+  private:
+    std::FILE* file_;
+};
+
+void RefuseExisting(const std::string& path, bool force) {
+    if (!force && std::filesystem::exists(path))
+        throw UsageError("'" + path + "' exists; use --force to overwrite it");
+}
+
+void SaveData(const PD_DATA& data, const std::string& path, bool binary) {
+    RunLogCapture capture;
+    const bool ok = binary ? data.SaveBinFile(path.c_str()) : data.SaveTxtFile(path.c_str());
+    if (!ok) {
+        const std::string reason = capture.FirstLine();
+        throw UsageError("cannot write '" + path + "'" +
+                         (reason.empty() ? std::string() : " (" + reason + ")"));
+    }
+}
+
+int Calc(const CalcOptions& o, std::ostream& out) {
+    if (!o.save.empty() && !o.force && SameFile(o.save, o.project))
+        throw UsageError("refusing to overwrite the input project '" + o.project +
+                         "' (use --force)");
+    std::vector<CellEdit> edits;
+    for (const std::string& spec : o.sets) edits.push_back(ParseCellEdit(spec));
+    if (!o.ambient.empty()) ParseNumber(o.ambient, "--ambient");
+
+    Session session(o.project);
+    PC_ENG& engine = session.Engine();
+    for (const CellEdit& edit : edits) ApplyCellEdit(engine, edit);
+    if (!o.ambient.empty()) engine.SetAmbientTemperature(o.ambient);
+    if (!o.process.empty()) ApplyProcess(engine, o.process);
+    if (!edits.empty() || !o.ambient.empty() || !o.process.empty()) engine.Calculate();
+
+    const Report report = CollectReport(engine, session.Device());
+    if (!o.save.empty()) session.SaveAs(o.save);
+    if (o.json)
+        out << ReportJson(report) << '\n';
+    else
+        PrintReport(report, out);
+    return kExitOk;
+}
+
+Catalog RequireCatalog() {
+    Catalog catalog = Catalog::Load();
+    if (!catalog.present)
+        throw UsageError("the data directory " + DataDirectory() + " has no catalog");
+    return catalog;
+}
+
+int Devices(bool json, std::ostream& out) {
+    const Catalog catalog = RequireCatalog();
+    auto words = [](const std::vector<std::string>& list) {
+        std::string text;
+        for (const std::string& w : list) text += (text.empty() ? "" : " ") + w;
+        return text;
+    };
+    if (json) {
+        nlohmann::ordered_json list = nlohmann::ordered_json::array();
+        for (const CatalogDevice& d : catalog.devices)
+            list.push_back({{"family", d.family},
+                            {"arch", catalog.ArchOf(d.family)},
+                            {"device", d.device},
+                            {"packages", d.packages},
+                            {"speeds", d.speeds},
+                            {"operating", d.operating}});
+        out << list.dump(2) << '\n';
+        return kExitOk;
+    }
+    std::vector<std::vector<std::string>> rows{
+        {"Family", "Architecture", "Device", "Packages", "Speeds", "Operating"}};
+    for (const CatalogDevice& d : catalog.devices)
+        rows.push_back({d.family, catalog.ArchOf(d.family), d.device, words(d.packages),
+                        words(d.speeds), words(d.operating)});
+    std::vector<size_t> width(rows[0].size(), 0);
+    for (const auto& row : rows)
+        for (size_t c = 0; c < row.size(); ++c) width[c] = std::max(width[c], row[c].size());
+    for (const auto& row : rows) {
+        std::string line;
+        for (size_t c = 0; c < row.size(); ++c)
+            line += row[c] + (c + 1 < row.size() ? std::string(width[c] - row[c].size() + 2, ' ')
+                                                 : std::string());
+        out << line << '\n';
+    }
+    return kExitOk;
+}
+
+int New(NewOptions o, std::ostream& out) {
+    const Catalog catalog = RequireCatalog();
+    const CatalogDevice& d = catalog.Check(o.family, o.device, o.package, o.speed, o.operating);
+    if (o.speed.empty() && !d.speeds.empty()) o.speed = d.speeds.front();
+    if (o.operating.empty() && !d.operating.empty()) o.operating = d.operating.front();
+    if (o.design.empty()) o.design = std::filesystem::path(o.output).stem().string();
+    RefuseExisting(o.output, o.force);
+
+    const std::string arch = catalog.ArchOf(o.family);
+    char name[PD_UTIL::kFilenameSize] = {};
+    std::snprintf(name, sizeof name, "%s.pcf", arch.c_str());
+    PD_UTIL::GetFilenameRTF(name);
+    std::unique_ptr<PD_DATA> project = LoadDataFile(name, "default project");
+    auto* section = dynamic_cast<PD_KEYSECT*>(project->GetSection("Project"));
+    if (!section) {
+        if (project->GetSection("Project"))
+            throw UsageError(std::string("the default project '") + name +
+                             "' has a \"Project\" section that is not a key section");
+        section = new PD_KEYSECT("Project");
+        project->AddSection(section);
+    }
+    section->RemoveKey("Performance");
+    for (const auto& [key, value] :
+         std::vector<std::pair<const char*, std::string>>{{"Family", o.family},
+                                                          {"Device", o.device},
+                                                          {"Package", o.package},
+                                                          {"Speed", o.speed},
+                                                          {"Operating", o.operating},
+                                                          {"PartName", o.device},
+                                                          {"DesignName", o.design}})
+        section->AddKeyVal(key, value.c_str());
+    SaveData(*project, o.output, WantsBinary(o.output));
+    out << "wrote " << o.output << ": " << o.family << " " << o.device << " " << o.package
+        << ", speed " << o.speed << ", " << o.operating << '\n';
+    return kExitOk;
+}
+
+int Convert(const ConvertOptions& o, std::ostream& out) {
+    std::unique_ptr<PD_DATA> data = LoadDataFile(o.input, "input");
+    RefuseExisting(o.output, o.force);
+    const bool binary = o.binary || (!o.text && WantsBinary(o.output));
+    SaveData(*data, o.output, binary);
+    out << "wrote " << o.output << " (" << (binary ? "binary" : "text") << ")\n";
+    return kExitOk;
+}
+
+}  // namespace
+
+int RunPwc(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
+    CLI::App app{"pwc: power and thermal estimates of FPGA designs", "pwc"};
+    app.require_subcommand(1);
+    std::string dataDir, logPath;
+    app.add_option("--data-dir", dataDir,
+                   "Device data directory (PWC_DATA_DIR, when set, takes precedence)");
+    app.add_option("--log", logPath, "Write the engine's run log to this file");
+
+    CalcOptions calc;
+    CLI::App* calcCmd = app.add_subcommand("calc", "Calculate a project and report the result");
+    calcCmd->add_option("project", calc.project, "Project file (.pcf, text or binary)")->required();
+    calcCmd->add_option("--set", calc.sets, "TAB/TABLE/ROW/COLUMN=VALUE: set a cell (repeatable)");
+    calcCmd->add_option("--ambient", calc.ambient, "Ambient temperature in degrees C");
+    calcCmd->add_option("--process", calc.process, "Process corner: Typical or Worst");
+    calcCmd->add_option("--save", calc.save, "Save the project (binary when named .pcfb)");
+    calcCmd->add_flag("--force", calc.force, "Allow --save to overwrite the input project");
+    calcCmd->add_flag("--json", calc.json, "Print the result as one JSON object");
+
+    bool devicesJson = false;
+    CLI::App* devicesCmd = app.add_subcommand("devices", "List the devices of the data directory");
+    devicesCmd->add_flag("--json", devicesJson, "Print the list as JSON");
+
+    NewOptions made;
+    CLI::App* newCmd = app.add_subcommand("new", "Make a project from a family's default project");
+    newCmd->add_option("--family", made.family, "Family, e.g. Quenra2")->required();
+    newCmd->add_option("--device", made.device, "Device")->required();
+    newCmd->add_option("--package", made.package, "Package")->required();
+    newCmd->add_option("--speed", made.speed, "Speed grade (default: the first listed)");
+    newCmd->add_option("--operating", made.operating,
+                       "Operating condition (default: the first listed)");
+    newCmd->add_option("--design", made.design, "Design name (default: the file's stem)");
+    newCmd->add_option("-o,--output", made.output, "Project file to write")->required();
+    newCmd->add_flag("--force", made.force, "Overwrite an existing file");
+
+    ConvertOptions conv;
+    CLI::App* convertCmd =
+        app.add_subcommand("convert", "Convert a data or project file between text and binary");
+    convertCmd->add_option("input", conv.input, "File to read")->required();
+    convertCmd->add_option("output", conv.output, "File to write")->required();
+    CLI::Option* binary = convertCmd->add_flag("--binary", conv.binary, "Write the binary form");
+    convertCmd->add_flag("--text", conv.text, "Write the text form")->excludes(binary);
+    convertCmd->add_flag("--force", conv.force, "Overwrite an existing file");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        if (e.get_exit_code() == 0) return app.exit(e, out, err);
+        err << "pwc: " << e.what() << " (see pwc --help)\n";
+        return kExitUsage;
+    }
+
+    try {
+        const char* env = std::getenv("PWC_DATA_DIR");
+        if (!dataDir.empty()) {
+            if (env && *env && dataDir != env)
+                err << "pwc: PWC_DATA_DIR (" << env << ") takes precedence over --data-dir\n";
+            PD_UTIL::SetDataDir(dataDir);
+        }
+        RunLogScope log(logPath);
+        if (calcCmd->parsed()) return Calc(calc, out);
+        if (devicesCmd->parsed()) return Devices(devicesJson, out);
+        if (newCmd->parsed()) return New(made, out);
+        return Convert(conv, out);
+    } catch (const UsageError& e) {
+        err << "pwc: " << e.what() << '\n';
+        return kExitUsage;
+    } catch (const std::exception& e) {
+        err << "pwc: internal error: " << e.what() << '\n';
+        return kExitInternal;
+    } catch (...) {
+        err << "pwc: internal error\n";
+        return kExitInternal;
+    }
+}
+
+}  // namespace pwchost

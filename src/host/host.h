@@ -1,0 +1,169 @@
+// The pwc command: what the command-line front shares with its tests. The
+// engine library knows nothing of this layer.
+#ifndef PWC_HOST_HOST_H
+#define PWC_HOST_HOST_H
+
+#include <cstdio>
+#include <memory>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "pwc.h"
+
+namespace pwchost {
+
+// Exit codes.
+constexpr int kExitOk = 0;
+constexpr int kExitInternal = 1;
+constexpr int kExitUsage = 2;
+
+// A failure the user can fix (bad arguments, unknown device, unreadable
+// file); the message is one line, without the program name.
+class UsageError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+// Runs one command line; everything goes to `out` and `err`, nothing escapes.
+int RunPwc(int argc, const char* const* argv, std::ostream& out, std::ostream& err);
+
+// ---- Files (files.cpp) ------------------------------------------------------
+
+// Loads a data or project file in either form; a UsageError naming `what` and
+// the store's own reason when it can't be read.
+std::unique_ptr<PD_DATA> LoadDataFile(const std::string& path, const std::string& what);
+// True when the name asks for the binary form: ".bin", or one of the data
+// and project extensions with a "b" behind it (".pcfb", ".pwrb", ...).
+bool WantsBinary(const std::string& path);
+// Same file on disk (after following links), or the same path text.
+bool SameFile(const std::string& a, const std::string& b);
+// Directory the engine reads its data files from.
+std::string DataDirectory();
+// "a, b, c", for the choices in messages.
+std::string JoinChoices(const std::vector<std::string>& items);
+
+// While alive, the store's run log goes to a temporary file, so that its
+// complaints can become one line of ours. Restores the previous target.
+class RunLogCapture {
+  public:
+    RunLogCapture();
+    ~RunLogCapture();
+    RunLogCapture(const RunLogCapture&) = delete;
+    RunLogCapture& operator=(const RunLogCapture&) = delete;
+    // The first line written so far; empty when none.
+    std::string FirstLine() const;
+
+  private:
+    std::FILE* file_;
+};
+// Where the run log goes outside a capture (null: stderr); the engine's own
+// progress lines land there.
+std::FILE* RunLogTarget();
+void SetRunLogTarget(std::FILE* f);
+
+// ---- The device catalog (catalog.cpp) ---------------------------------------
+
+struct CatalogDevice {
+    std::string family, device;
+    std::vector<std::string> packages, speeds, operating;
+};
+
+class Catalog {
+  public:
+    // Reads `<data directory>/catalog`; an absent file gives an empty catalog.
+    static Catalog Load();
+    bool Empty() const { return devices.empty() && families.empty(); }
+    // The architecture of a family; the family text itself when unlisted.
+    std::string ArchOf(const std::string& family) const;
+    // Throws a UsageError naming the first of family, device, package, speed
+    // and operating condition that the catalog does not hold, with the
+    // choices. Empty speed or operating texts are not checked.
+    const CatalogDevice& Check(const std::string& family, const std::string& device,
+                               const std::string& package, const std::string& speed,
+                               const std::string& operating) const;
+
+    std::vector<std::pair<std::string, std::string>> families;  // family, arch
+    std::vector<CatalogDevice> devices;
+    bool present = false;
+};
+
+// ---- An open project (session.cpp) -----------------------------------------
+
+// The "Project" keys a device is bound by.
+struct DeviceInfo {
+    std::string arch, family, device, package, speed, operating, partName, designName;
+};
+
+class Session {
+  public:
+    // Loads the project, checks its device against the catalog and builds
+    // the engine (which runs its first calculation).
+    explicit Session(const std::string& projectPath);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    PC_ENG& Engine() { return *engine_; }
+    const DeviceInfo& Device() const { return device_; }
+    const std::string& Path() const { return path_; }
+    // Writes the project through the engine; text unless WantsBinary.
+    void SaveAs(const std::string& path);
+
+  private:
+    std::string path_;
+    DeviceInfo device_;
+    PD_DATA* project_ = nullptr;  // ours until the engine replaces it on a save
+    bool projectOwned_ = true;
+    std::unique_ptr<PC_ENG> engine_;
+};
+
+// Reads the device keys of a project's "Project" section; "Speed", or else
+// "Performance" with its leading "-" dropped.
+DeviceInfo ReadDeviceInfo(const PD_DATA& project);
+
+// ---- Editing cells (setcell.cpp) --------------------------------------------
+
+// One --set "TAB/TABLE/ROW/COLUMN=VALUE". Names may themselves hold "/"
+// ("I/O"): they are matched against the engine's names, longest first.
+struct CellEdit {
+    std::string spec;
+    std::string path;  // left of the first "="
+    std::string value;
+};
+
+CellEdit ParseCellEdit(const std::string& spec);
+// Resolves and applies one edit; throws a UsageError naming what is missing
+// and the choices.
+void ApplyCellEdit(PC_ENG& engine, const CellEdit& edit);
+// "Typical", "Worst" or another process name the device data lists.
+void ApplyProcess(PC_ENG& engine, const std::string& process);
+// Throws a UsageError unless the whole text is a finite number.
+double ParseNumber(const std::string& text, const std::string& what);
+
+// ---- Results (report.cpp) ---------------------------------------------------
+
+struct SupplyResult {
+    std::string name, voltage;
+    // Static, dynamic, total: watts, then amperes.
+    std::string w[3], a[3];
+};
+
+struct Report {
+    DeviceInfo device;
+    std::string process, ambient;
+    std::vector<SupplyResult> supplies;
+    SupplyResult supplyTotal;
+    std::vector<std::pair<std::string, std::string>> blocks;  // name, watts
+    std::string totalPower, junction, maxSafeAmbient, thetaJA;
+    std::vector<std::string> messages;
+};
+
+Report CollectReport(PC_ENG& engine, const DeviceInfo& device);
+void PrintReport(const Report& report, std::ostream& out);
+std::string ReportJson(const Report& report);
+
+}  // namespace pwchost
+
+#endif
