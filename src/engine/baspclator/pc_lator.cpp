@@ -21,6 +21,7 @@ class SmallText {
     }
     void push_back(char c) { append(&c, 1); }
     void append(const char* text, std::size_t length) {
+        if (length == 0) return;
         if (!spilled && size + length <= N) {
             std::memcpy(fixed + size, text, length);
             size += length;
@@ -72,7 +73,7 @@ class Piece {
     std::string_view View() const { return copied ? copy.view() : std::string_view(first, length); }
 
   private:
-    const char* first = nullptr;
+    const char* first = "";
     std::size_t length = 0;
     bool copied = false;
     SmallText<256> copy;
@@ -127,8 +128,8 @@ bool ScanPieces(const char* text, Emit&& emit) {
         } else {
             kind = kOther;
         }
-        // A number always starts a piece, even after an empty one; a name only
-        // ends a number or an operator.
+        // A run of the piece's own kind extends it (across dropped blanks too);
+        // any other run flushes it, even the empty piece before a leading digit.
         if (state == kind && kind != kOther) {
             piece.Append(p, end);
         } else {
@@ -522,7 +523,7 @@ const char* PC_LATOR::FindValueUsingIndex(const char* name, const std::vector<st
                                           const std::vector<std::string>& values, int count) {
     const std::string_view value =
         name ? FindInVectors(name, names, values, count) : std::string_view();
-    std::memcpy(valueBuffer, value.data(), value.size());
+    if (!value.empty()) std::memcpy(valueBuffer, value.data(), value.size());
     valueBuffer[value.size()] = '\0';
     return valueBuffer;
 }
