@@ -119,7 +119,8 @@ class PC_LATOR {
 
     // Substitutes the named values into formula and evaluates it. trace becomes
     // the substituted text, "=" and the result by "%g". A name without a value
-    // gives -1.0 and leaves trace as it was. count < 0 means all names.
+    // gives -1.0 and leaves trace as it was. In the vector forms a count below
+    // 0 means all names.
     static double ProcessCalculator(const std::string& formula, std::string& trace,
                                     const char* const* names, const char* const* values, int count);
     static double ProcessCalculator(const std::string& formula, std::string& trace,
