@@ -26,17 +26,17 @@ void BindDynamic(const PC_ENG::Row& variables, const DynNumbers& n, PC_ENG::Row&
     out.resize(variables.size());
     for (size_t i = 0; i < variables.size(); ++i) {
         const std::string& v = variables[i];
-        if (v == "_DPM")
+        if (Is(v, "_DPM"))
             out[i] = *n.dpm;
-        else if (v == "_C_COMP_used")
+        else if (Is(v, "_C_COMP_used"))
             PrintTo(out[i], "%.20lf", n.c);
-        else if (v == "_SUPPLY")
+        else if (Is(v, "_SUPPLY"))
             PrintTo(out[i], "%.2lf", n.voltage);
-        else if (v == "F")
+        else if (Is(v, "F"))
             PrintTo(out[i], "%.20lf", n.freq);
-        else if (v == "AF")
+        else if (Is(v, "AF"))
             PrintTo(out[i], "%.20lf", n.af);
-        else if (v == "_COMP")
+        else if (Is(v, "_COMP"))
             PrintTo(out[i], "%.2lf", n.count);
         else
             out[i] = v;
@@ -327,26 +327,31 @@ double PC_ENG::GetFreqForPLL(double freq, const Row& names, const Row& values) {
 
 // ---- Coefficients ------------------------------------------------------------------------
 
-bool PC_ENG::PwrDataAvailable(const std::string& block, const std::string& item) {
+namespace {
+
+bool HasMember(const PD_PWRSECT* pwr, const std::string& item) {
     if (item.empty()) return true;
-    PD_PWRSECT* pwr = PwrSection(block);
     if (!pwr) return false;
     for (const PD_MEMBER& m : pwr->members)
         if (PD_UTIL::SpecialCompare(m.name.c_str(), item.c_str()) == 0) return true;
     return false;
 }
 
+}  // namespace
+
+bool PC_ENG::PwrDataAvailable(const std::string& block, const std::string& item) {
+    return HasMember(item.empty() ? nullptr : PwrSection(block), item);
+}
+
 namespace {
 
-const char* const kDCLetterKeys[] = {"_A_DCforBLOCK_", "_B_DCforBLOCK_", "_D_DCforBLOCK_",
-                                     "_E_DCforBLOCK_", "_F_DCforBLOCK_", "_G_DCforBLOCK_",
-                                     "_H_DCforBLOCK_", "_I_DCforBLOCK_", "_J_DCforBLOCK_"};
-
+// "_<L>_DCforBLOCK_used" or "_unused" with L one of the record's letters.
 bool IsDCLetterKey(const std::string& key) {
-    for (const char* prefix : kDCLetterKeys)
-        if (key == std::string(prefix) + "used" || key == std::string(prefix) + "unused")
-            return true;
-    return false;
+    if (key.size() < 3 || key[0] != '_' || key[2] != '_') return false;
+    const char l = key[1];
+    if (l < 'A' || l > 'J' || l == 'C') return false;
+    return key.compare(3, std::string::npos, "DCforBLOCK_used") == 0 ||
+           key.compare(3, std::string::npos, "DCforBLOCK_unused") == 0;
 }
 
 std::string Field(const PD_DCBLOCK* record, char letter) {
@@ -368,14 +373,12 @@ std::string PC_ENG::FindABCDusedvalueFromPwrSupply(const std::string& supply,
     }
     std::string name = item;
     if (!Holds(name, "DCforBLOCK_used") && !Holds(name, "DCforBLOCK_unused") &&
-        !Holds(name, "DCforBLOCK_sleep") && !PwrDataAvailable(block, name)) {
+        !Holds(name, "DCforBLOCK_sleep") && !HasMember(pwr, name)) {
         if (Holds(name, "@")) {
             // A name with its device already given goes on to the member walk.
         } else {
             name += std::string("@") + DeviceName();
-            if (!PwrDataAvailable(block, name) &&
-                !PwrDataAvailable(block, name + "_" + PackageName()))
-                return "0";
+            if (!HasMember(pwr, name) && !HasMember(pwr, name + "_" + PackageName())) return "0";
         }
     }
     const char l = letter.empty() ? '\0' : letter[0];

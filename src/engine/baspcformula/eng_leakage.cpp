@@ -155,9 +155,9 @@ double PC_ENG::LeakEquation(LeakKind kind, const std::string& equationSection,
         for (size_t i = 0; i < vars.size(); ++i) {
             const std::string& v = vars[i];
             std::string& out = boundValues[i];
-            if (v == "_Ksupply") {
+            if (Is(v, "_Ksupply")) {
                 out = GetKsupply(supply);
-            } else if (v == "_ProcessX") {
+            } else if (Is(v, "_ProcessX")) {
                 out = GetProcessX(names, values);
             } else if (const char l = CoefficientLetter(v, form.coefficientTail)) {
                 const bool own = form.blockItem && item == v;
@@ -169,11 +169,11 @@ double PC_ENG::LeakEquation(LeakKind kind, const std::string& equationSection,
                     TextNumber(FindABCDusedvalueFromPwrSupply(supply, block, item, "", {l}));
                 if (l == 'A') number *= kMicro;
                 PrintTo(out, "%.20lf", number);
-            } else if (v == "T") {
+            } else if (Is(v, "T")) {
                 PrintTo(out, "%.20lf", TextNumber(tj));
             } else if (v == form.countName) {
                 PrintTo(out, "%.2lf", count);
-            } else if (v == "e") {
+            } else if (Is(v, "e")) {
                 out = "2.718282";
             } else {
                 out = v;
@@ -255,11 +255,11 @@ double PC_ENG::ProcessIccLeak(const std::string& mode, double a, double b, doubl
             const char l = CoefficientLetter(v, "_COMP_total");
             if (l && l != 'C' && l != 'D' && l <= 'H')
                 PrintTo(boundValues[i], "%.20lf", letters[l - 'A']);
-            else if (v == "T")
+            else if (Is(v, "T"))
                 PrintTo(boundValues[i], "%.20lf", t);
             else if (v == "_COMP_total")
                 PrintTo(boundValues[i], "%.2lf", count);
-            else if (v == "e")
+            else if (Is(v, "e"))
                 boundValues[i] = "2.718282";
             else
                 boundValues[i] = v;
@@ -287,11 +287,11 @@ double PC_ENG::ProcessClockIccLeakDFB(const std::string& mode, double a, double 
             if (!l) l = CoefficientLetter(v, "_DCforBLOCK_unused");
             if (l && l != 'C' && l != 'D' && l <= 'H')
                 PrintTo(boundValues[i], "%.20lf", letters[l - 'A']);
-            else if (v == "T")
+            else if (Is(v, "T"))
                 PrintTo(boundValues[i], "%.20lf", t);
             else if (v == "_COUNT_used" || v == "_COUNT_unused")
                 PrintTo(boundValues[i], "%.2lf", count);
-            else if (v == "e")
+            else if (Is(v, "e"))
                 boundValues[i] = "2.718282";
             else
                 boundValues[i] = v;
