@@ -220,6 +220,21 @@ int RunPwc(int argc, const char* const* argv, std::ostream& out, std::ostream& e
     convertCmd->add_flag("--text", conv.text, "Write the text form")->excludes(binary);
     convertCmd->add_flag("--force", conv.force, "Overwrite an existing file");
 
+    // The first word that is neither an option nor a global option's value
+    // names the command.
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--data-dir" || arg == "--log") {
+            ++i;
+        } else if (arg.empty() || arg[0] != '-') {
+            std::vector<std::string> names;
+            for (const CLI::App* sub : app.get_subcommands({})) names.push_back(sub->get_name());
+            if (std::find(names.begin(), names.end(), arg) != names.end()) break;
+            err << "pwc: unknown command '" << arg << "' (commands: " << JoinChoices(names)
+                << ")\n";
+            return kExitUsage;
+        }
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
