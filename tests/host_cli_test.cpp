@@ -4,14 +4,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cmath>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "host.h"
@@ -363,6 +365,10 @@ TEST_F(HostTest, EditsMoveTheResult) {
     EXPECT_GT(Supply(hot, "Vcc")["static_w"].get<double>(),
               Supply(base, "Vcc")["static_w"].get<double>());
     EXPECT_GT(hot["junction_temperature_c"].get<double>(), 70.0);
+    // Above 125 C the junction is reported capped, as text.
+    const Json oven = Calc(kDemo, {"--ambient", "130"});
+    EXPECT_EQ(oven["junction_temperature_c"], "125+");
+    EXPECT_NE(Pwc({"calc", kDemo, "--ambient", "130"}).out.find("125+"), std::string::npos);
     const Json worst = Calc(kDemo, {"--process", "Worst"});
     EXPECT_EQ(worst["device"]["process"], "Worst");
     EXPECT_GT(Supply(worst, "Vcc")["static_w"].get<double>(),

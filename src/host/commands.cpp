@@ -1,5 +1,6 @@
 // The commands of `pwc` and their dispatch.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
@@ -182,16 +183,24 @@ int RunPwc(int argc, const char* const* argv, std::ostream& out, std::ostream& e
     app.require_subcommand(1);
     std::string dataDir, logPath;
     app.add_option("--data-dir", dataDir,
-                   "Device data directory (PWC_DATA_DIR, when set, takes precedence)");
-    app.add_option("--log", logPath, "Write the engine's run log to this file");
+                   "Device data directory (PWC_DATA_DIR, when set, takes precedence)")
+        ->type_name("DIR");
+    app.add_option("--log", logPath, "Write the engine's run log to this file")->type_name("FILE");
 
     CalcOptions calc;
     CLI::App* calcCmd = app.add_subcommand("calc", "Calculate a project and report the result");
-    calcCmd->add_option("project", calc.project, "Project file (.pcf, text or binary)")->required();
-    calcCmd->add_option("--set", calc.sets, "TAB/TABLE/ROW/COLUMN=VALUE: set a cell (repeatable)");
-    calcCmd->add_option("--ambient", calc.ambient, "Ambient temperature in degrees C");
-    calcCmd->add_option("--process", calc.process, "Process corner: Typical or Worst");
-    calcCmd->add_option("--save", calc.save, "Save the project (binary when named .pcfb)");
+    calcCmd->add_option("project", calc.project, "Project file (.pcf, text or binary)")
+        ->type_name("PROJECT")
+        ->required();
+    calcCmd->add_option("--set", calc.sets, "Set a cell (repeatable)")
+        ->type_name("TAB/TABLE/ROW/COLUMN=VALUE")
+        ->allow_extra_args(false);
+    calcCmd->add_option("--ambient", calc.ambient, "Ambient temperature in degrees C")
+        ->type_name("C");
+    calcCmd->add_option("--process", calc.process, "Process corner: Typical or Worst")
+        ->type_name("NAME");
+    calcCmd->add_option("--save", calc.save, "Save the project (binary when named .pcfb)")
+        ->type_name("FILE");
     calcCmd->add_flag("--force", calc.force, "Allow --save to overwrite the input project");
     calcCmd->add_flag("--json", calc.json, "Print the result as one JSON object");
 

@@ -1,5 +1,6 @@
 // What `pwc calc` reports: collected once from the engine, printed as aligned
 // text or as one JSON object.
+#include <algorithm>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
