@@ -159,6 +159,48 @@ TEST_F(OneLogicRow, SleepTurnsThePowerGatedSupplyOff) {
     EXPECT_LT(sleep, normal);
 }
 
+TEST_F(OneLogicRow, IoSuppliesSumTheRowsOfTheirBankVoltage) {
+    // Until the I/O tab calculates, put powers into its cells by hand.
+    PC_PANEL* io = eng->GetPanel(eng->GetPanelIndex("I/O"));
+    ASSERT_NE(io, nullptr);
+    PD_TABLE* inout = io->GetTable(0);
+    PD_TABLE* banks = io->GetTable(2);
+    ASSERT_EQ(banks->name, "Bank Voltage");
+    banks->RemoveAllRows();
+    std::vector<std::string> bank(banks->GetNumOfColumns(), "");
+    bank[0] = "0";
+    bank[banks->GetColumnIndex("Voltage")] = "Vccio 3.3";
+    banks->AddRow(bank);
+    bank[0] = "1";
+    bank[banks->GetColumnIndex("Voltage")] = "Vccio 2.5";
+    banks->AddRow(bank);
+    banks->SetValueAt("0.004", 1, banks->GetColumnIndex("Unused Leakage VCCIO Pwr (W)"));
+    const int bankCol = inout->GetColumnIndex("Bank");
+    const int leak = inout->GetColumnIndex("Leakage VCCIO Pwr (W)");
+    const int dyn = inout->GetColumnIndex("Dyn. VCCIO Pwr (W)");
+    ASSERT_GE(leak, 0);
+    ASSERT_GE(dyn, 0);
+    std::vector<std::string> cells(inout->GetNumOfColumns(), "0");
+    for (const char* b : {"0", "1", "0", "7"}) {
+        cells[bankCol] = b;
+        cells[leak] = "0.001";
+        cells[dyn] = "0.010";
+        inout->AddRow(cells);
+    }
+    eng->CalculateTotalPower();
+    PD_TABLE* power = eng->GetPowerTable();
+    PD_TABLE* vdpm = eng->GetSupplyTable();
+    const int v33 = vdpm->GetRowNumber(std::string("Vccio 3.3"));
+    const int v25 = vdpm->GetRowNumber(std::string("Vccio 2.5"));
+    // Two rows in bank 0 at 3.3 V; one in bank 1 at 2.5 V plus its unused
+    // pins; the row of an unknown bank counts nowhere.
+    EXPECT_NEAR(Num(power->GetValueAt(v33, 0)), 0.002, 1e-9);
+    EXPECT_NEAR(Num(power->GetValueAt(v33, 1)), 0.020, 1e-9);
+    EXPECT_NEAR(Num(power->GetValueAt(v25, 0)), 0.005, 1e-9);
+    EXPECT_NEAR(Num(eng->GetCurrentTable()->GetValueAt(v25, 1)), 0.010 / 2.5, 1e-6);
+    EXPECT_NEAR(eng->GetStaTable("Vccio 3.3", "I/O", eng->GetPowerMatrix()), 0.022, 1e-6);
+}
+
 TEST(JunctionSettling, BandAndSentinel) {
     // The first pass always approaches.
     pwc::JunctionSettling t(25.0);
