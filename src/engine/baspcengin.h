@@ -208,12 +208,21 @@ class PC_ENG {
     void CreatePowerMatrices();
     void SaveStaTable(const std::string& supply, double value, const std::string& block,
                       PD_TABLE* table);
-    void SaveStaTable(const std::string& supply, const std::string& value,
-                      const std::string& block, PD_TABLE* table);
-    double GetStaTable(const std::string& supply, const std::string& block,
-                       PD_TABLE* table) const;
+    void SaveStaTable(const std::string& supply, const std::string& value, const std::string& block,
+                      PD_TABLE* table);
+    double GetStaTable(const std::string& supply, const std::string& block, PD_TABLE* table) const;
     void GetTotalStaTableCount(PD_TABLE* table);
     PD_TABLE* GetPowerMatrix() const { return powerMatrix; }
+    // The I/O supplies (eng_totals_io.cpp): the "Vccio" and "Vtt" rows.
+    void SetIOstaVccioVttVccauxXX();
+    void SetIOdynVccioVttVccauxXX();
+    double HelperIOaddingSta(const std::string& kind, const std::string& code);
+    double HelperIOaddingDyn(const std::string& kind, const std::string& code);
+    double GetTotalColumnIfIOtype(PD_TABLE* table, const std::string& column,
+                                  const std::string& kind, const std::string& code);
+    void setStaTableForIoVttVccio(const std::map<std::string, double>& sta,
+                                  const std::map<std::string, double>& dyn, PD_TABLE* table);
+    int GetTotalUsedIO() const;
     PD_TABLE* GetCurrentMatrix() const { return currentMatrix; }
 
     // ---- Junction temperature (eng_thermal.cpp) ---------------------------
@@ -245,8 +254,8 @@ class PC_ENG {
                              std::vector<std::string>& flows, std::string& flow,
                              std::string& theta);
     int SetAirFlowSelection(const std::string& flow, std::string& theta);
-    void SetBHAGetTheta(const std::string& board, const std::string& sink,
-                        const std::string& flow, const std::string& custom, std::string& theta);
+    void SetBHAGetTheta(const std::string& board, const std::string& sink, const std::string& flow,
+                        const std::string& custom, std::string& theta);
     std::vector<std::string> GetBoardTypeVector() const;
     std::vector<std::string> GetHeatSinkTypeVector() const;
     std::vector<std::string> GetAirFlowTypeVector() const;
@@ -696,6 +705,10 @@ class PC_ENG {
 
     PD_TABLE* powerMatrix = nullptr;
     PD_TABLE* currentMatrix = nullptr;
+    // I/O power and current per supply row, rebuilt at each total.
+    std::map<std::string, double> ioStaticPower, ioDynamicPower, ioStaticCurrent, ioDynamicCurrent;
+    void SetIOVccioVttRows(bool dynamic);
+    PD_TABLE* IoTable(const char* panel, int index) const;
 
     // Storage behind the standby maps (stable addresses).
     std::map<std::string, bool> standbyFlags;

@@ -254,6 +254,10 @@ void PC_ENG::CalculateTotalPower() {
     for (const auto& r : perBlock)
         for (const auto& b : r.second) SaveStaTable(r.first, b.second, b.first, powerMatrix);
 
+    SetIOstaVccioVttVccauxXX();
+    SetIOdynVccioVttVccauxXX();
+    setStaTableForIoVttVccio(ioStaticPower, ioDynamicPower, powerMatrix);
+
     for (int r = 0; r < vdpm->GetNumOfRows(); ++r) {
         const std::string supply = vdpm->GetValueAt(r, 0);
         auto it = supplyPower.find(supply);
