@@ -529,6 +529,56 @@ class PC_ENG {
     std::string traceText, formulaKey;
     std::unordered_map<std::string, Row> variableCache;
 
+    // A coefficient as FindABCDusedvalueFromPwrSupply finds it, with the
+    // "Note:" line that the look-up writes on each call.
+    enum class CoefficientNote { None, NoSection, NoSupply };
+    struct Coefficient {
+        std::string text;
+        double number = 0.0;  // strtod of text
+        CoefficientNote note = CoefficientNote::None;
+    };
+    const Coefficient& FindCoefficient(const std::string& supply, const std::string& block,
+                                       const std::string& item, const std::string& sub,
+                                       const std::string& letter);
+    Coefficient LookUpCoefficient(const std::string& supply, const std::string& block,
+                                  const std::string& item, const std::string& sub,
+                                  const std::string& letter);
+    std::string LookUpCoefficientText(const std::string& supply, const std::string& block,
+                                      const std::string& item, const std::string& sub,
+                                      const std::string& letter, CoefficientNote& note);
+    // What the models read from the .pwr and .pqn data, kept while one tab is
+    // calculated (RunPanelFrame turns them on and empties them at both ends):
+    // nothing edits the data files during a tab, while edits between calls
+    // outside a tab must count. Temperature and cell values are never kept.
+    struct ModelCaches {
+        bool on = false;
+        std::string key;  // reused key buffer
+        std::unordered_map<std::string, Coefficient> coefficients;
+        std::unordered_map<std::string, std::string> processX;
+        // Equation per section and kind; null: the section has none.
+        std::unordered_map<std::string, const std::pair<const std::string, Row>*> formulas;
+        std::unordered_map<std::string, bool> hardCoded, polynomial;
+        void Clear();
+    };
+    ModelCaches caches;
+    Coefficient coefficientScratch;
+    // GetProcessX without the copy.
+    const std::string& ProcessXText(const Row& names, const Row& values);
+    std::string LookUpProcessX(const std::string& process, const std::string& device,
+                               const std::string& package, std::string speed,
+                               const std::string& operating);
+    std::string processXScratch;
+    // Recent "%.<n>lf" texts by the number's bits: the same coefficients,
+    // frequencies and temperatures recur on every row, and printing them is
+    // the dear part of binding. A pure function of its arguments.
+    struct PrintedNumber {
+        unsigned long long bits = 0;
+        int precision = -1;
+        std::string text;
+    };
+    PrintedNumber printedNumbers[128];
+    const std::string& PrintFixed(double value, int precision);
+
   public:
     // ---- end of current models -------------------------------------------
 
@@ -654,6 +704,8 @@ class PC_ENG {
     PD_DATA* BuildProjectData(bool temporary);
     void WriteStandbyControls(PD_KEYSECT* settings);
     PD_TABLE* SummaryTable(const char* name) const;
+    // GetArrayOfColumnValues into a vector that a row loop reuses.
+    void FillArrayOfColumnValues(PD_TABLE* table, int row, std::vector<std::string>& values);
 
     // Device.
     char devStr[7][256] = {};

@@ -3,14 +3,15 @@
 #include <cstdlib>
 
 #include "baspcengin.h"
+#include "baspcformula/formula_util.h"
 #include "pd_util.h"
 
 namespace {
 
 std::string Print20(double v) {
-    char buf[512];
-    std::snprintf(buf, sizeof buf, "%.20lf", v);
-    return buf;
+    std::string text;
+    pwcformula::PrintFixedTo(text, v, 20);
+    return text;
 }
 
 std::string Print1(double v) {
@@ -89,10 +90,25 @@ void PC_ENG::RunPanelFrame(const PanelFrame& f) {
         return supply == "VCCPG" && powerMode == 1 ? 0.0 : 1.0;
     };
 
+    // The models keep their look-ups in the data files for this tab only.
+    struct CacheScope {
+        ModelCaches& caches;
+        explicit CacheScope(ModelCaches& c) : caches(c) {
+            caches.Clear();
+            caches.on = true;
+        }
+        ~CacheScope() {
+            caches.on = false;
+            caches.Clear();
+        }
+    } cacheScope(caches);
+
     int count = 0;
     const std::vector<std::string> names = GetArrayOfColumnNames(items, &count);
+    std::vector<std::string> values;
+    std::string cell;
     for (int row = 0; row < items->GetNumOfRows(); ++row) {
-        const std::vector<std::string> values = GetArrayOfColumnValues(items, row, &count);
+        FillArrayOfColumnValues(items, row, values);
         InitConstants(names, values);
         double pDyn = 0.0, pLeak = 0.0, pBias = 0.0;
         for (const std::string& supply : supplies) {
@@ -106,9 +122,12 @@ void PC_ENG::RunPanelFrame(const PanelFrame& f) {
             const double iBias = (this->*f.biasUsed)(f.panel, names, values, supply);
             pBias += vcc * iBias * g;
             LogRowPower(f.biasLog.head, row, f.biasLog.middle, iBias, vcc);
-            items->SetValueAt(Print20(pDyn).c_str(), row, dynCol);
-            items->SetValueAt(Print20(pLeak).c_str(), row, leakCol);
-            items->SetValueAt(Print20(pBias).c_str(), row, biasCol);
+            const std::pair<double, int> powers[] = {
+                {pDyn, dynCol}, {pLeak, leakCol}, {pBias, biasCol}};
+            for (const auto& [power, column] : powers) {
+                pwcformula::PrintFixedTo(cell, power, 20);
+                items->SetValueAt(cell.c_str(), row, column);
+            }
             if (f.copyDynamic) {
                 items->SetValueAt(items->GetValueAt(row, dynCol), row, plainDynCol);
                 if (PD_UTIL::IsCalcLogOpen()) {

@@ -371,21 +371,34 @@ std::vector<std::string> PC_ENG::GetArrayOfColumnNames(PD_TABLE* table, int* cou
 
 std::vector<std::string> PC_ENG::GetArrayOfColumnValues(PD_TABLE* table, int row, int* count) {
     std::vector<std::string> values;
-    const int data = getColumnCountMinusPwrColumn(table);
-    values.reserve(data + 16);
-    for (int c = 0; c < data; ++c) values.push_back(table->GetValueAt(row, c));
-    for (PD_TABLE* t : {GetSupplyTable(), GetPGSupplyTable()}) {
-        if (!t) continue;
-        for (int r = 0; r < t->GetNumOfRows(); ++r) values.push_back(t->GetValueAt(r, 1));
-    }
-    values.push_back(GetVDPM("Vcc", "DPM"));
-    values.push_back(CurrentTJ());
-    values.push_back(DeviceName());
-    values.push_back(PackageName());
-    values.push_back(SpeedGrade());
-    values.push_back(OperatingName());
-    values.push_back(GetProcessType());
-    values.push_back(ArchName());
+    FillArrayOfColumnValues(table, row, values);
     if (count) *count = static_cast<int>(values.size());
     return values;
+}
+
+void PC_ENG::FillArrayOfColumnValues(PD_TABLE* table, int row, std::vector<std::string>& values) {
+    const int data = getColumnCountMinusPwrColumn(table);
+    size_t n = 0;
+    auto put = [&values, &n](const char* text) {
+        if (n < values.size())
+            values[n].assign(text);
+        else
+            values.emplace_back(text);
+        ++n;
+    };
+    values.reserve(data + 16);
+    for (int c = 0; c < data; ++c) put(table->GetValueAt(row, c));
+    for (PD_TABLE* t : {GetSupplyTable(), GetPGSupplyTable()}) {
+        if (!t) continue;
+        for (int r = 0; r < t->GetNumOfRows(); ++r) put(t->GetValueAt(r, 1));
+    }
+    put(GetVDPM("Vcc", "DPM").c_str());
+    put(CurrentTJ().c_str());
+    put(DeviceName());
+    put(PackageName());
+    put(SpeedGrade());
+    put(OperatingName());
+    put(GetProcessType());
+    put(ArchName());
+    values.resize(n);
 }

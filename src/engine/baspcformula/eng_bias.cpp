@@ -47,18 +47,20 @@ bool Listed(const char* const* items, const std::string& item) {
 }
 
 double TextNumber(const std::string& text) {
-    return std::strtod(text.c_str(), nullptr);
+    return ToNumber(text);
 }
 
+// fixed(value, precision) gives the "%.<precision>lf" text.
+template <typename Fixed>
 void BindBias(const PC_ENG::Row& variables, const BiasForm& form, double d, double count,
-              PC_ENG::Row& out) {
+              PC_ENG::Row& out, Fixed&& fixed) {
     out.resize(variables.size());
     for (size_t i = 0; i < variables.size(); ++i) {
         const std::string& v = variables[i];
         if (v == form.coefficientName)
-            PrintTo(out[i], "%.20lf", d);
+            out[i] = fixed(d, 20);
         else if (v == form.countName)
-            PrintTo(out[i], "%.2lf", count);
+            out[i] = fixed(count, 2);
         else
             out[i] = v;
     }
@@ -76,13 +78,14 @@ double PC_ENG::BiasEquation(BiasKind kind, const std::string& equationSection,
     if (variables) {
         double d = 0.0;
         if (Listed(form.items, item))
-            d = kMilli * TextNumber(FindABCDusedvalueFromPwrSupply(supply, block, item, "", "D"));
+            d = kMilli * FindCoefficient(supply, block, item, "", "D").number;
         // Pre- and post-emphasis of the SERDES driver, already in amperes.
         if (kind == BiasKind::Used && supply == "VCCHTX" && block == "SERDES IO" && item == "TX") {
             const std::string& lpre = RowValue("LPRE_TOTAL", names, values);
             if (!lpre.empty()) d += TextNumber(lpre);
         }
-        BindBias(*variables, form, d, count, boundValues);
+        BindBias(*variables, form, d, count, boundValues,
+                 [this](double v, int p) -> const std::string& { return PrintFixed(v, p); });
     }
     return EvaluateAndLog(equation, variables, nullptr, form.format, block, label, supply, item,
                           supply, form.table);
@@ -97,8 +100,7 @@ double PC_ENG::GetIccBias(const std::string& equationSection, const std::string&
         !hardCodeFormula(equationSection))
         return BiasEquation(BiasKind::Used, equationSection, block, item, count, label, supply,
                             names, values);
-    const double d =
-        kMilli * TextNumber(FindABCDusedvalueFromPwrSupply(supply, block, item, "", "D"));
+    const double d = kMilli * FindCoefficient(supply, block, item, "", "D").number;
     const double result = d * count;
     if (PD_UTIL::IsCalcLogOpen() || debugHtml) {
         const std::string line =
@@ -150,8 +152,7 @@ std::string OneElementNumbers(double d) {
 double PC_ENG::GetDbiasAt(const std::string&, const std::string& block, std::string item,
                           const std::string& supply, const Row& names, const Row& values) {
     if (item.find('@') != std::string::npos) item += RowValue("Device", names, values);
-    const double d =
-        kMilli * TextNumber(FindABCDusedvalueFromPwrSupply(supply, block, item, "", "D"));
+    const double d = kMilli * FindCoefficient(supply, block, item, "", "D").number;
     if (debugHtml) {
         const std::string line = LogLine("ICCBiasused_%s_%s_%s = %s = ", block, item, supply,
                                          " _D_COMP_used * _COMP_used");
@@ -163,8 +164,7 @@ double PC_ENG::GetDbiasAt(const std::string&, const std::string& block, std::str
 
 double PC_ENG::GetDbiasDFB(const std::string&, const std::string& block, const std::string& item,
                            const std::string& supply, const Row&, const Row&) {
-    const double d =
-        kMilli * TextNumber(FindABCDusedvalueFromPwrSupply(supply, block, item, "", "D"));
+    const double d = kMilli * FindCoefficient(supply, block, item, "", "D").number;
     // Unused blocks come here too and are shown as used, by decision.
     if (debugHtml) {
         const std::string line = LogLine("ICCBiasDFBused_%s_%s_%s = %s = ", block, item, supply,
@@ -184,7 +184,8 @@ double PC_ENG::ProcessIccDcBias(const std::string& mode, double d, double count,
         FormulaFor("Clocks", used ? "_ICCbias_used" : "_ICCbias_unused", variables);
     if (variables) {
         const BiasForm total = {nullptr, "_D_COMP_total", "_COMP_total", nullptr, nullptr, nullptr};
-        BindBias(*variables, total, d, count, boundValues);
+        BindBias(*variables, total, d, count, boundValues,
+                 [this](double v, int p) -> const std::string& { return PrintFixed(v, p); });
     }
     return EvaluateAndLog(equation, variables, nullptr,
                           used ? "ICCbiasused_%s_%s_%s = %s = " : "ICCbiasunused_%s_%s_%s = %s = ",

@@ -22,29 +22,32 @@ struct DynNumbers {
 };
 
 // Values of a dynamic equation's variables; an unknown name stands for itself.
-void BindDynamic(const PC_ENG::Row& variables, const DynNumbers& n, PC_ENG::Row& out) {
+// fixed(value, precision) gives the "%.<precision>lf" text.
+template <typename Fixed>
+void BindDynamic(const PC_ENG::Row& variables, const DynNumbers& n, PC_ENG::Row& out,
+                 Fixed&& fixed) {
     out.resize(variables.size());
     for (size_t i = 0; i < variables.size(); ++i) {
         const std::string& v = variables[i];
         if (Is(v, "_DPM"))
             out[i] = *n.dpm;
         else if (Is(v, "_C_COMP_used"))
-            PrintTo(out[i], "%.20lf", n.c);
+            out[i] = fixed(n.c, 20);
         else if (Is(v, "_SUPPLY"))
-            PrintTo(out[i], "%.2lf", n.voltage);
+            out[i] = fixed(n.voltage, 2);
         else if (Is(v, "F"))
-            PrintTo(out[i], "%.20lf", n.freq);
+            out[i] = fixed(n.freq, 20);
         else if (Is(v, "AF"))
-            PrintTo(out[i], "%.20lf", n.af);
+            out[i] = fixed(n.af, 20);
         else if (Is(v, "_COMP"))
-            PrintTo(out[i], "%.2lf", n.count);
+            out[i] = fixed(n.count, 2);
         else
             out[i] = v;
     }
 }
 
 double Column(const char* name, const PC_ENG::Row& names, const PC_ENG::Row& values) {
-    return std::strtod(RowValue(name, names, values).c_str(), nullptr);
+    return ToNumber(RowValue(name, names, values));
 }
 
 bool Holds(const std::string& text, const char* part) {
@@ -101,17 +104,16 @@ double PC_ENG::GetIccDyn(const std::string& equationSection, const std::string& 
     if (label.find('@') != std::string::npos) label += RowValue("Device", names, values);
     const Row* variables = nullptr;
     const std::string& equation = FormulaFor(equationSection, "_ICCdyn", variables);
+    auto fixed = [this](double v, int p) -> const std::string& { return PrintFixed(v, p); };
     DynNumbers n;
     n.dpm = &RowValue("DPM", names, values);
     n.voltage = FindCorrectSupply(supply, names, values);
-    n.c =
-        std::strtod(FindABCDusedvalueFromPwrSupply(supply, block, item, "", "C").c_str(), nullptr) *
-        kPico;
+    n.c = FindCoefficient(supply, block, item, "", "C").number * kPico;
     const std::string clock = FindCorrectClockName(equationSection, block, names, values);
     n.af = getAFfromClockDCCMap(clock, af);
     n.freq = getFreqfromClockOscStatue(clock, freq);
     n.count = count;
-    if (variables) BindDynamic(*variables, n, boundValues);
+    if (variables) BindDynamic(*variables, n, boundValues, fixed);
     std::string display;
     if (fPer2 && PD_UTIL::IsCalcLogOpen()) display = HalvedDisplay(equation);
     return EvaluateAndLog(equation, variables, fPer2 ? &display : nullptr,
@@ -125,6 +127,7 @@ double PC_ENG::GetIccDyn(const std::string& equationSection, const std::string& 
     if (label.find('@') != std::string::npos) label += RowValue("Device", names, values);
     const Row* variables = nullptr;
     const std::string& equation = FormulaFor(equationSection, "_ICCdyn", variables);
+    auto fixed = [this](double v, int p) -> const std::string& { return PrintFixed(v, p); };
     DynNumbers n;
     n.dpm = &RowValue("DPM", names, values);
     n.voltage = FindCorrectSupply(supply, names, values);
@@ -133,7 +136,7 @@ double PC_ENG::GetIccDyn(const std::string& equationSection, const std::string& 
     n.af = getAFfromClockDCCMap(clock, af);
     n.freq = getFreqfromClockOscStatue(clock, freq);
     n.count = count;
-    if (variables) BindDynamic(*variables, n, boundValues);
+    if (variables) BindDynamic(*variables, n, boundValues, fixed);
     return EvaluateAndLog(equation, variables, nullptr, "IccDyn_%s_%s_%s = %s = ", equationSection,
                           label, supply, item, supply, "DynamicIcc");
 }
@@ -144,6 +147,7 @@ double PC_ENG::ProcessIccDyn(const std::string& equationSection, double freq, do
                              const std::string& tableName) {
     const Row* variables = nullptr;
     const std::string& equation = FormulaFor(equationSection, "_ICCdyn", variables);
+    auto fixed = [this](double v, int p) -> const std::string& { return PrintFixed(v, p); };
     DynNumbers n;
     n.dpm = &RowValue("DPM", names, values);
     n.voltage = voltage;
@@ -152,7 +156,7 @@ double PC_ENG::ProcessIccDyn(const std::string& equationSection, double freq, do
     n.af = getAFfromClockDCCMap(clock, af);
     n.freq = getFreqfromClockOscStatue(clock, freq);
     n.count = count;
-    if (variables) BindDynamic(*variables, n, boundValues);
+    if (variables) BindDynamic(*variables, n, boundValues, fixed);
     return EvaluateAndLog(equation, variables, nullptr, "IccDyn_%s_%s_%s= %s = ", rowName,
                           columnName, "VCC", columnName, "VCC", tableName.c_str());
 }
@@ -241,9 +245,7 @@ double PC_ENG::GetIccDynAF100(const std::string& equationSection, const std::str
 double PC_ENG::GetIccDynAF100_1SS(const std::string& block, const std::string& item, double count,
                                   const std::string&, const std::string& supply, double freq,
                                   const Row& names, const Row& values) {
-    const double c =
-        std::strtod(FindABCDusedvalueFromPwrSupply(supply, block, item, "", "C").c_str(), nullptr) *
-        kPico;
+    const double c = FindCoefficient(supply, block, item, "", "C").number * kPico;
     if (Holds(block, "PLL")) freq = GetFreqForPLL(freq, names, values);
     return GetIccDyn("PCS", item, count, "Output", supply, freq, 1.0, c, names, values);
 }
@@ -333,7 +335,7 @@ bool HasMember(const PD_PWRSECT* pwr, const std::string& item) {
     if (item.empty()) return true;
     if (!pwr) return false;
     for (const PD_MEMBER& m : pwr->members)
-        if (PD_UTIL::SpecialCompare(m.name.c_str(), item.c_str()) == 0) return true;
+        if (PD_UTIL::SpecialCompare(m.name, item) == 0) return true;
     return false;
 }
 
@@ -365,10 +367,51 @@ std::string PC_ENG::FindABCDusedvalueFromPwrSupply(const std::string& supply,
                                                    const std::string& block,
                                                    const std::string& item, const std::string& sub,
                                                    const std::string& letter) {
+    return FindCoefficient(supply, block, item, sub, letter).text;
+}
+
+const PC_ENG::Coefficient& PC_ENG::FindCoefficient(const std::string& supply,
+                                                   const std::string& block,
+                                                   const std::string& item, const std::string& sub,
+                                                   const std::string& letter) {
+    const Coefficient* found = nullptr;
+    if (caches.on) {
+        std::string& key = caches.key;
+        JoinKey(key, {&block, &item, &sub, &supply, &letter});
+        auto it = caches.coefficients.find(key);
+        if (it == caches.coefficients.end())
+            it = caches.coefficients
+                     .emplace(key, LookUpCoefficient(supply, block, item, sub, letter))
+                     .first;
+        found = &it->second;
+    } else {
+        coefficientScratch = LookUpCoefficient(supply, block, item, sub, letter);
+        found = &coefficientScratch;
+    }
+    if (found->note != CoefficientNote::None && PD_UTIL::IsCalcLogOpen()) {
+        if (found->note == CoefficientNote::NoSection)
+            PD_UTIL::FCprintln("Note: Could'nt find data section :" + block);
+        else
+            PD_UTIL::FCprintln("Note: There is no supply " + supply + " in data section " + block);
+    }
+    return *found;
+}
+
+PC_ENG::Coefficient PC_ENG::LookUpCoefficient(const std::string& supply, const std::string& block,
+                                              const std::string& item, const std::string& sub,
+                                              const std::string& letter) {
+    Coefficient result;
+    result.text = LookUpCoefficientText(supply, block, item, sub, letter, result.note);
+    result.number = ToNumber(result.text);
+    return result;
+}
+
+std::string PC_ENG::LookUpCoefficientText(const std::string& supply, const std::string& block,
+                                          const std::string& item, const std::string& sub,
+                                          const std::string& letter, CoefficientNote& note) {
     PD_PWRSECT* pwr = PwrSection(block);
     if (!pwr) {
-        if (PD_UTIL::IsCalcLogOpen())
-            PD_UTIL::FCprintln("Note: Could'nt find data section :" + block);
+        note = CoefficientNote::NoSection;
         return "0";
     }
     std::string name = item;
@@ -386,8 +429,7 @@ std::string PC_ENG::FindABCDusedvalueFromPwrSupply(const std::string& supply,
     if (name == "DCforBLOCK_used" || name == "DCforBLOCK_unused") key = "_" + letter + "_" + name;
 
     if (pwr->GetSupplyIndex(supply.c_str()) < 0) {
-        if (PD_UTIL::IsCalcLogOpen())
-            PD_UTIL::FCprintln("Note: There is no supply " + supply + " in data section " + block);
+        note = CoefficientNote::NoSupply;
         return "0";
     }
     if (IsDCLetterKey(key))
@@ -405,7 +447,7 @@ std::string PC_ENG::FindABCDusedvalueFromPwrSupply(const std::string& supply,
         const bool devicePackage =
             at != std::string::npos && at > 0 && m.name.find('_', at) != std::string::npos;
         const std::string& target = devicePackage ? withPackage : key;
-        if (PD_UTIL::SpecialCompare(m.name.c_str(), target.c_str()) == 0)
+        if (PD_UTIL::SpecialCompare(m.name, target) == 0)
             return pwr->GetLetter(l, m.name.c_str(), supply.c_str());
     }
     return "0";

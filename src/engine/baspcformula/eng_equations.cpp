@@ -67,22 +67,32 @@ const std::string& PC_ENG::FormulaFor(const std::string& section, const std::str
                                       const Row*& variables) {
     static const std::string zero = "0";
     variables = nullptr;
-    PD_KEYSECT* keys = KeySection(pqnData, section);
-    const char* key = kind == "leak_unused" ? "_ICCleak_unused" : kind.c_str();
-    const char* text = keys ? keys->GetValue(key) : "";
-    if (!*text || std::strcmp(text, "0") == 0) {
+    const std::pair<const std::string, Row>* entry = nullptr;
+    bool known = false;
+    if (caches.on) {
+        JoinKey(caches.key, {&section, &kind});
+        const auto it = caches.formulas.find(caches.key);
+        known = it != caches.formulas.end();
+        if (known) entry = it->second;
+    }
+    if (!known) {
+        PD_KEYSECT* keys = KeySection(pqnData, section);
+        const char* key = kind == "leak_unused" ? "_ICCleak_unused" : kind.c_str();
+        const char* text = keys ? keys->GetValue(key) : "";
+        if (*text && std::strcmp(text, "0") != 0) {
+            formulaKey.assign(text);
+            VariablesOf(formulaKey);
+            entry = &*variableCache.find(formulaKey);
+        }
+        if (caches.on) caches.formulas.emplace(caches.key, entry);
+    }
+    if (!entry) {
         if (PD_UTIL::IsCalcLogOpen())
             PD_UTIL::FCprintln("Note: There is no " + kind + " equation for " + section + " !");
         return zero;
     }
-    formulaKey.assign(text);
-    auto it = variableCache.find(formulaKey);
-    if (it == variableCache.end()) {
-        VariablesOf(formulaKey);
-        it = variableCache.find(formulaKey);
-    }
-    variables = &it->second;
-    return it->first;
+    variables = &entry->second;
+    return entry->first;
 }
 
 const PC_ENG::Row& PC_ENG::VariablesOf(const std::string& formula) {
@@ -108,17 +118,31 @@ std::string PC_ENG::GetCalculationformula(const std::string& section, const std:
 }
 
 bool PC_ENG::hardCodeFormula(const std::string& section) {
+    if (caches.on) {
+        const auto it = caches.hardCoded.find(section);
+        if (it != caches.hardCoded.end()) return it->second;
+    }
     PD_KEYSECT* keys = KeySection(pqnData, section);
-    return !keys || keys->GetNumOfKeys() < 2;
+    const bool hard = !keys || keys->GetNumOfKeys() < 2;
+    if (caches.on) caches.hardCoded.emplace(section, hard);
+    return hard;
 }
 
 bool PC_ENG::polynomial_equation_type(const std::string& section) {
+    if (caches.on) {
+        const auto it = caches.polynomial.find(section);
+        if (it != caches.polynomial.end()) return it->second;
+    }
     PD_PWRSECT* pwr = PwrSection(section);
-    if (!pwr || pwr->GetNumOfSupplies() == 0 || pwr->GetNumOfMembers() == 0) return false;
-    const char* member = pwr->GetMember(0)->name.c_str();
-    const char* supply = pwr->GetSupply(0);
-    return std::strcmp(pwr->GetA(member, supply), "null") == 0 &&
-           std::strcmp(pwr->GetE(member, supply), "null") != 0;
+    bool polynomial = false;
+    if (pwr && pwr->GetNumOfSupplies() > 0 && pwr->GetNumOfMembers() > 0) {
+        const char* member = pwr->GetMember(0)->name.c_str();
+        const char* supply = pwr->GetSupply(0);
+        polynomial = std::strcmp(pwr->GetA(member, supply), "null") == 0 &&
+                     std::strcmp(pwr->GetE(member, supply), "null") != 0;
+    }
+    if (caches.on) caches.polynomial.emplace(section, polynomial);
+    return polynomial;
 }
 
 PD_PWRSECT* PC_ENG::PwrSection(const std::string& block) {
@@ -127,6 +151,7 @@ PD_PWRSECT* PC_ENG::PwrSection(const std::string& block) {
 
 void PC_ENG::Detect5thpolyEquation() {
     polynomialFlag = false;
+    caches.Clear();
     const char* env = std::getenv("VRL_PWC_POLINOMIAL");
     if (!env || std::strcmp(env, "1") != 0) return;
     polynomialFlag = true;
@@ -138,23 +163,44 @@ void PC_ENG::Detect5thpolyEquation() {
 
 void PC_ENG::InitConstants(const std::vector<std::string>& names,
                            const std::vector<std::string>& values) {
-    Row n(names), v(values);
-    if (PassesArchAndOverride(ArchName())) {
-        n.emplace_back("archName");
-        v.emplace_back(ArchName());
-        n.emplace_back("VCC_CORE_DYN_OVERRIDE");
-        PD_KEYSECT* reg = KeySection(pwrData, "REGULATOR_MISC");
-        v.emplace_back(reg ? reg->GetValue("VCC_CORE_DYN_OVERRIDE") : "");
-    }
+    const auto& table = KConstants();
+    if (kValues.size() != table.size()) kValues.assign(table.size(), "0");
+    // The row with the two extra pairs is built only for a constant that is
+    // worked out; names and values of unequal length take it at once, so
+    // that the pairs stand where they always did.
+    const bool extraPairs = PassesArchAndOverride(ArchName());
+    Row n, v;
+    bool built = false;
+    auto build = [&] {
+        if (built) return;
+        built = true;
+        n = names;
+        v = values;
+        if (extraPairs) {
+            n.emplace_back("archName");
+            v.emplace_back(ArchName());
+            n.emplace_back("VCC_CORE_DYN_OVERRIDE");
+            PD_KEYSECT* reg = KeySection(pwrData, "REGULATOR_MISC");
+            v.emplace_back(reg ? reg->GetValue("VCC_CORE_DYN_OVERRIDE") : "");
+        }
+    };
+    if (names.size() != values.size()) build();
     PD_KEYSECT* pllRegulator = KeySection(pwrData, "REGULATOR PLL");
-    const int count = static_cast<int>(n.size());
-    for (const KConstant& k : KConstants()) {
-        std::string* member = KValue(k.kName);
-        if (!member || !(member->empty() || *member == "0")) continue;
-        std::string voltage = RowValue(k.supply, n, v);
+    PD_KEYSECT* scale = KeySection(pwrData, "Scale Factors");
+    for (size_t i = 0; i < table.size(); ++i) {
+        std::string& member = kValues[i];
+        if (!(member.empty() || member == "0")) continue;
+        const KConstant& k = table[i];
+        std::string voltage = built ? RowValue(k.supply, n, v) : RowValue(k.supply, names, values);
         if (pllRegulator && std::strcmp(k.supply, "VCCPLL") == 0)
             voltage = pllRegulator->GetValue("VCCPLL_CORE_DYN_OVERRIDE");
-        *member = Get_dK(k.kName, n, v, count, voltage);
+        // Get_dK gives "0" without a voltage or a formula.
+        if (voltage.empty() || !scale || !*scale->GetValue(k.kName)) {
+            member = "0";
+            continue;
+        }
+        build();
+        member = Get_dK(k.kName, n, v, static_cast<int>(n.size()), voltage);
     }
 }
 
@@ -189,6 +235,31 @@ std::string PC_ENG::Addmore2equation(const std::string& equation, const std::str
     if (!named) out += " + " + std::string(" ") + termName + "%" + termFormula;
     if (parts.size() == 3) out += "=" + parts[1];
     return out + " = " + Fixed6(sum);
+}
+
+// ---- Caches of the models -----------------------------------------------------
+
+void PC_ENG::ModelCaches::Clear() {
+    coefficients.clear();
+    processX.clear();
+    formulas.clear();
+    hardCoded.clear();
+    polynomial.clear();
+}
+
+const std::string& PC_ENG::PrintFixed(double value, int precision) {
+    unsigned long long bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    const size_t slots = sizeof printedNumbers / sizeof printedNumbers[0];
+    PrintedNumber& slot =
+        printedNumbers[((bits * 0x9E3779B97F4A7C15ULL) >> 40 ^ static_cast<unsigned>(precision)) %
+                       slots];
+    if (slot.bits != bits || slot.precision != precision) {
+        PrintFixedTo(slot.text, value, precision);
+        slot.bits = bits;
+        slot.precision = precision;
+    }
+    return slot.text;
 }
 
 // The debug panels arrive with the reports.

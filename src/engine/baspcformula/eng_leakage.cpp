@@ -65,7 +65,7 @@ char CoefficientLetter(const std::string& name, const char* tail) {
 }
 
 double TextNumber(const std::string& text) {
-    return std::strtod(text.c_str(), nullptr);
+    return ToNumber(text);
 }
 
 }  // namespace
@@ -151,6 +151,7 @@ double PC_ENG::LeakEquation(LeakKind kind, const std::string& equationSection,
                                   (form.sleepCounts && item == "DCforBLOCK_sleep");
         const std::string& tj = RowValue("TJ", names, values);
         const Row& vars = *variables;
+        std::string letter(1, ' ');
         boundValues.resize(vars.size());
         for (size_t i = 0; i < vars.size(); ++i) {
             const std::string& v = vars[i];
@@ -158,21 +159,21 @@ double PC_ENG::LeakEquation(LeakKind kind, const std::string& equationSection,
             if (Is(v, "_Ksupply")) {
                 out = GetKsupply(supply);
             } else if (Is(v, "_ProcessX")) {
-                out = GetProcessX(names, values);
+                out = ProcessXText(names, values);
             } else if (const char l = CoefficientLetter(v, form.coefficientTail)) {
                 const bool own = form.blockItem && item == v;
                 if (!coefficients && !own) {
                     out = "0";
                     continue;
                 }
-                double number =
-                    TextNumber(FindABCDusedvalueFromPwrSupply(supply, block, item, "", {l}));
+                letter[0] = l;
+                double number = FindCoefficient(supply, block, item, "", letter).number;
                 if (l == 'A') number *= kMicro;
-                PrintTo(out, "%.20lf", number);
+                out = PrintFixed(number, 20);
             } else if (Is(v, "T")) {
-                PrintTo(out, "%.20lf", TextNumber(tj));
+                out = PrintFixed(TextNumber(tj), 20);
             } else if (v == form.countName) {
-                PrintTo(out, "%.2lf", count);
+                out = PrintFixed(count, 2);
             } else if (Is(v, "e")) {
                 out = "2.718282";
             } else {
@@ -191,10 +192,10 @@ double PC_ENG::LeakHardCoded(LeakKind kind, const std::string& block, const std:
                              const Row& names, const Row& values) {
     const LeakForm& form = kLeakForms[static_cast<int>(kind)];
     const double k = TextNumber(GetKsupply(supply));
-    const double x = TextNumber(GetProcessX(names, values));
+    const double x = TextNumber(ProcessXText(names, values));
     const double t = TextNumber(RowValue("TJ", names, values));
     auto coefficient = [&](const char* letter) {
-        return TextNumber(FindABCDusedvalueFromPwrSupply(supply, block, item, "", letter));
+        return FindCoefficient(supply, block, item, "", letter).number;
     };
     const bool log = PD_UTIL::IsCalcLogOpen() || debugHtml;
     std::string numbers;
@@ -324,19 +325,38 @@ std::string PC_ENG::Get_dK(const std::string& key, const Row& names, const Row& 
 }
 
 std::string PC_ENG::GetProcessX(const Row& names, const Row& values) {
+    return ProcessXText(names, values);
+}
+
+const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
     const std::string& process = RowValue("Process", names, values);
-    std::string speed = RowValue("Speed", names, values);
+    const std::string& device = RowValue("Device", names, values);
+    const std::string& package = RowValue("Package", names, values);
+    const std::string& speed = RowValue("Speed", names, values);
+    const std::string& operating = RowValue("Operating", names, values);
+    if (!caches.on)
+        return processXScratch = LookUpProcessX(process, device, package, speed, operating);
+    std::string& key = caches.key;
+    JoinKey(key, {&process, &device, &package, &speed, &operating});
+    auto it = caches.processX.find(key);
+    if (it == caches.processX.end())
+        it =
+            caches.processX.emplace(key, LookUpProcessX(process, device, package, speed, operating))
+                .first;
+    return it->second;
+}
+
+std::string PC_ENG::LookUpProcessX(const std::string& process, const std::string& device,
+                                   const std::string& package, std::string speed,
+                                   const std::string& operating) {
     const size_t dash = speed.find('-');
     if (dash != std::string::npos) speed = speed.substr(dash + 1);
-    const std::string& operating = RowValue("Operating", names, values);
-    const std::string key = RowValue("Device", names, values) + "_" +
-                            RowValue("Package", names, values) + "_" + speed + "_" +
-                            operating.substr(0, 1);
+    const std::string key = device + "_" + package + "_" + speed + "_" + operating.substr(0, 1);
     PD_KEYSECT* table = dynamic_cast<PD_KEYSECT*>(
         pwrData->GetSection((process + " Case Process Leakage Multiplier").c_str()));
     if (!table) return "1";
     for (const auto& kv : table->keys) {
-        if (PD_UTIL::SpecialCompare(kv.first.c_str(), key.c_str()) != 0) continue;
+        if (PD_UTIL::SpecialCompare(kv.first, key) != 0) continue;
         // The value is "multiplier, revision": the multiplier is the first entry.
         std::string value = kv.second.substr(0, kv.second.find(','));
         TrimBlanks(value);

@@ -32,7 +32,7 @@ void LogSum(const std::string& name, const std::vector<std::string>& terms,
 }
 
 double Count(const char* column, const PC_ENG::Row& names, const PC_ENG::Row& values) {
-    return std::strtod(RowValue(column, names, values).c_str(), nullptr);
+    return ToNumber(RowValue(column, names, values));
 }
 
 // Architectures whose switch boxes are counted as "ISB" and "ISBCLK" only.

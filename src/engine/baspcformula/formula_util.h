@@ -4,8 +4,12 @@
 #define PWC_FORMULA_UTIL_H
 
 #include <charconv>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -38,6 +42,64 @@ inline const std::string& RowValue(const std::string& name, const std::vector<st
     return RowValue(name.data(), name.size(), names, values);
 }
 
+// strtod of the text. A whole text of at most 15 significant digits and 22
+// decimals is one exact mantissa divided by one exact power of ten, which
+// rounds as strtod does; other plain decimal literals go through from_chars;
+// the rest (blanks, "+", hexadecimal, infinity, overflow) through strtod.
+inline double ToNumber(const char* text, std::size_t length) {
+    static constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const char* end = text + length;
+    const bool negative = length > 0 && *text == '-';
+    const char* p = text + (negative ? 1 : 0);
+    const char* point = nullptr;
+    const char* q = p;
+    for (; q != end && ((*q >= '0' && *q <= '9') || (*q == '.' && !point)); ++q)
+        if (*q == '.') point = q;
+    if (q == end && q != p && !(point && q == p + 1)) {
+        const char* last = end;
+        if (point) {
+            while (last > point + 1 && last[-1] == '0') --last;
+            if (last == point + 1) last = point;
+        }
+        std::uint64_t mantissa = 0;
+        int significant = 0, decimals = 0;
+        for (const char* c = p; c != last && significant <= 15; ++c) {
+            if (c == point) continue;
+            if (point && c > point) ++decimals;
+            if (mantissa == 0 && *c == '0') continue;
+            ++significant;
+            mantissa = mantissa * 10 + static_cast<unsigned>(*c - '0');
+        }
+        if (significant <= 15 && decimals <= 22) {
+            const double magnitude = static_cast<double>(mantissa) / kPow10[decimals];
+            return negative ? -magnitude : magnitude;
+        }
+    }
+    const bool decimal = p != end && ((*p >= '0' && *p <= '9') || *p == '.') &&
+                         !(p + 1 != end && *p == '0' && (p[1] == 'x' || p[1] == 'X'));
+    if (decimal) {
+        double value = 0.0;
+        const std::from_chars_result r = std::from_chars(text, end, value);
+        if (r.ec == std::errc()) return value;
+    }
+    return std::strtod(text, nullptr);
+}
+inline double ToNumber(const std::string& text) {
+    return ToNumber(text.c_str(), text.size());
+}
+
+// The texts as one key of a cache, each closed by a character that no name
+// holds.
+inline void JoinKey(std::string& key, std::initializer_list<const std::string*> parts) {
+    key.clear();
+    for (const std::string* part : parts) {
+        key += *part;
+        key += '\x1f';
+    }
+}
+
 // Equality with a literal, without measuring it at run time.
 template <std::size_t N>
 inline bool Is(const std::string& text, const char (&literal)[N]) {
@@ -53,23 +115,46 @@ inline void TrimBlanks(std::string& text) {
     text = text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-// snprintf of one double into out, reusing its storage. "%.<n>lf" goes
-// through to_chars, which prints exactly as printf does and much faster.
-inline void PrintTo(std::string& out, const char* format, double value) {
+// "%.<precision>lf" of value into out, reusing its storage. to_chars prints
+// exactly as printf does, and much faster.
+inline void PrintFixedTo(std::string& out, double value, int precision) {
     char text[512];
+    if (value == std::floor(value) && std::fabs(value) < 1e15 && precision < 400) {
+        // A whole number: its digits, the point and zeros.
+        char* p = text;
+        if (std::signbit(value)) *p++ = '-';
+        p = std::to_chars(p, text + 32, static_cast<std::uint64_t>(std::fabs(value))).ptr;
+        if (precision > 0) {
+            *p++ = '.';
+            std::memset(p, '0', static_cast<std::size_t>(precision));
+            p += precision;
+        }
+        out.assign(text, p);
+        return;
+    }
+    const std::to_chars_result r =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, precision);
+    if (r.ec == std::errc()) {
+        out.assign(text, r.ptr);
+        return;
+    }
+    const int n = std::snprintf(text, sizeof text, "%.*f", precision, value);
+    out.assign(text, n < 0 ? 0 : (n < static_cast<int>(sizeof text) ? n : sizeof text - 1));
+}
+
+// snprintf of one double into out, reusing its storage; "%.<n>lf" goes
+// through PrintFixedTo.
+inline void PrintTo(std::string& out, const char* format, double value) {
     if (format[0] == '%' && format[1] == '.' && format[2] >= '0' && format[2] <= '9') {
         const char* p = format + 2;
         int precision = 0;
         while (*p >= '0' && *p <= '9') precision = precision * 10 + (*p++ - '0');
         if (std::strcmp(p, "lf") == 0 || std::strcmp(p, "f") == 0) {
-            const std::to_chars_result r =
-                std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, precision);
-            if (r.ec == std::errc()) {
-                out.assign(text, r.ptr);
-                return;
-            }
+            PrintFixedTo(out, value, precision);
+            return;
         }
     }
+    char text[512];
     const int n = std::snprintf(text, sizeof text, format, value);
     out.assign(text, n < 0 ? 0 : (n < static_cast<int>(sizeof text) ? n : sizeof text - 1));
 }
