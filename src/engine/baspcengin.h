@@ -562,8 +562,9 @@ class PC_ENG {
     };
     ModelCaches caches;
     Coefficient coefficientScratch;
-    // GetProcessX without the copy.
+    // GetProcessX and GetKsupply without the copy.
     const std::string& ProcessXText(const Row& names, const Row& values);
+    const std::string& KsupplyText(const std::string& supply) const;
     std::string LookUpProcessX(const std::string& process, const std::string& device,
                                const std::string& package, std::string speed,
                                const std::string& operating);
@@ -576,7 +577,7 @@ class PC_ENG {
         int precision = -1;
         std::string text;
     };
-    PrintedNumber printedNumbers[128];
+    PrintedNumber printedNumbers[512];
     const std::string& PrintFixed(double value, int precision);
 
   public:

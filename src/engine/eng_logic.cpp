@@ -15,9 +15,9 @@ std::string Print20(double v) {
 }
 
 std::string Print1(double v) {
-    char buf[512];
-    std::snprintf(buf, sizeof buf, "%.1lf", v);
-    return buf;
+    std::string text;
+    pwcformula::PrintFixedTo(text, v, 1);
+    return text;
 }
 
 // "<head><row><middle><current> * <vcc> = <power>"

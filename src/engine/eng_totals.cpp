@@ -6,6 +6,7 @@
 #include <map>
 
 #include "baspcengin.h"
+#include "baspcformula/formula_util.h"
 #include "pc_families.h"
 #include "pd_util.h"
 
@@ -14,13 +15,13 @@ using namespace pwc;
 namespace {
 
 double Num(const char* s) {
-    return std::strtod(s, nullptr);
+    return pwcformula::ToNumber(s, std::strlen(s));
 }
 
 std::string Print20(double v) {
-    char buf[512];
-    std::snprintf(buf, sizeof buf, "%.20lf", v);
-    return buf;
+    std::string text;
+    pwcformula::PrintFixedTo(text, v, 20);
+    return text;
 }
 
 // Where a block's dynamic power on a supply is read.
@@ -309,12 +310,12 @@ void PC_ENG::CalculateTotalPower() {
 void PC_ENG::CalculateTotalPowerCategory() {}
 
 void PC_ENG::DataValuePrecisionAdjustment() {
-    const char* format = IsSixDigitFamily(FamilyName()) ? "%.6lf" : "%.4lf";
-    char buf[512];
+    const int decimals = IsSixDigitFamily(FamilyName()) ? 6 : 4;
+    std::string text;
     auto round = [&](PD_TABLE* t, int c) {
         for (int r = 0; r < t->GetNumOfRows(); ++r) {
-            std::snprintf(buf, sizeof buf, format, Num(t->GetValueAt(r, c)));
-            t->SetRoundedValueAt(buf, r, c);
+            pwcformula::PrintFixedTo(text, Num(t->GetValueAt(r, c)), decimals);
+            t->SetRoundedValueAt(text.c_str(), r, c);
         }
     };
     for (PC_PANEL* panel : panels) {

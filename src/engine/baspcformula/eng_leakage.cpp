@@ -1,8 +1,10 @@
 // Leakage current: A (uA) x e^(B x TJ), or the fifth-degree polynomial in TJ,
 // scaled by the supply's K factor, the process multiplier and a count.
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "baspcengin.h"
 #include "baspcformula/formula_util.h"
@@ -157,7 +159,7 @@ double PC_ENG::LeakEquation(LeakKind kind, const std::string& equationSection,
             const std::string& v = vars[i];
             std::string& out = boundValues[i];
             if (Is(v, "_Ksupply")) {
-                out = GetKsupply(supply);
+                out = KsupplyText(supply);
             } else if (Is(v, "_ProcessX")) {
                 out = ProcessXText(names, values);
             } else if (const char l = CoefficientLetter(v, form.coefficientTail)) {
@@ -328,12 +330,35 @@ std::string PC_ENG::GetProcessX(const Row& names, const Row& values) {
     return ProcessXText(names, values);
 }
 
+const std::string& PC_ENG::KsupplyText(const std::string& supply) const {
+    static const std::string none;
+    const auto& table = KConstants();
+    for (size_t i = 0; i < table.size(); ++i)
+        if (supply == table[i].supply) return i < kValues.size() ? kValues[i] : none;
+    return none;
+}
+
 const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
-    const std::string& process = RowValue("Process", names, values);
-    const std::string& device = RowValue("Device", names, values);
-    const std::string& package = RowValue("Package", names, values);
-    const std::string& speed = RowValue("Speed", names, values);
-    const std::string& operating = RowValue("Operating", names, values);
+    // The five cells in one walk over the row; the first of each name counts.
+    static const std::string none;
+    static constexpr std::string_view kNames[] = {"Process", "Device", "Package", "Speed",
+                                                  "Operating"};
+    const std::string* cell[5] = {&none, &none, &none, &none, &none};
+    bool found[5] = {};
+    const size_t n = std::min(names.size(), values.size());
+    for (size_t i = 0, left = 5; i < n && left > 0; ++i)
+        for (int k = 0; k < 5; ++k)
+            if (!found[k] && names[i] == kNames[k]) {
+                cell[k] = &values[i];
+                found[k] = true;
+                --left;
+                break;
+            }
+    const std::string& process = *cell[0];
+    const std::string& device = *cell[1];
+    const std::string& package = *cell[2];
+    const std::string& speed = *cell[3];
+    const std::string& operating = *cell[4];
     if (!caches.on)
         return processXScratch = LookUpProcessX(process, device, package, speed, operating);
     std::string& key = caches.key;
