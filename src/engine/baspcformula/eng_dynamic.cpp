@@ -264,9 +264,9 @@ std::string FirstNameHolding(const PC_ENG::Row& names, const char* part, const c
 
 std::string PC_ENG::FindFreqName(const std::string& block, const std::string& label,
                                  const Row& names, const Row& values) {
-    if (block == "IO") return "Input Freq. (MHz)";
-    if (block == "ROUTING") return FirstNameHolding(names, "Freq.", "Freq. (MHz)");
-    if (block == "MCLK") {
+    if (Is(block, "IO")) return "Input Freq. (MHz)";
+    if (Is(block, "ROUTING")) return FirstNameHolding(names, "Freq.", "Freq. (MHz)");
+    if (Is(block, "MCLK")) {
         const std::string token = label.substr(0, label.find('@'));
         if (token != "DEFAULT") {
             const std::string name = token + " Freq. (MHz)";
@@ -278,8 +278,8 @@ std::string PC_ENG::FindFreqName(const std::string& block, const std::string& la
 
 std::string PC_ENG::FindAFname(const std::string& block, const std::string&, const Row& names,
                                const Row&) {
-    if (block == "IO") return "Input AF (%)";
-    if (block == "ROUTING") return FirstNameHolding(names, "AF (%)", "AF (%)");
+    if (Is(block, "IO")) return "Input AF (%)";
+    if (Is(block, "ROUTING")) return FirstNameHolding(names, "AF (%)", "AF (%)");
     return "AF (%)";
 }
 

@@ -21,7 +21,7 @@ constexpr double kMicro = 1e-6;
 struct LeakForm {
     const char* key;              // equation key of the .pqn section
     const char* coefficientTail;  // "_COMP_used", "_DCforBLOCK_unused", ...
-    const char* countName;        // "_COMP_used", "_COUNT_unused", ...
+    std::string_view countName;   // "_COMP_used", "_COUNT_unused", ...
     const char* blockItem;        // the DC block item that gives the coefficients; null: any
     bool sleepCounts;             // "DCforBLOCK_sleep" gives the coefficients too
     const char* equationFormat;
@@ -340,20 +340,36 @@ const std::string& PC_ENG::KsupplyText(const std::string& supply) const {
 
 const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
     // The five cells in one walk over the row; the first of each name counts.
+    // The names differ in length but for "Process" and "Package".
     static const std::string none;
     static constexpr std::string_view kNames[] = {"Process", "Device", "Package", "Speed",
                                                   "Operating"};
     const std::string* cell[5] = {&none, &none, &none, &none, &none};
-    bool found[5] = {};
     const size_t n = std::min(names.size(), values.size());
-    for (size_t i = 0, left = 5; i < n && left > 0; ++i)
-        for (int k = 0; k < 5; ++k)
-            if (!found[k] && names[i] == kNames[k]) {
-                cell[k] = &values[i];
-                found[k] = true;
-                --left;
+    for (size_t i = 0, left = 5; i < n && left > 0; ++i) {
+        const std::string& name = names[i];
+        int k;
+        switch (name.size()) {
+            case 5:
+                k = 3;
                 break;
-            }
+            case 6:
+                k = 1;
+                break;
+            case 7:
+                k = name[1] == 'r' ? 0 : 2;
+                break;
+            case 9:
+                k = 4;
+                break;
+            default:
+                continue;
+        }
+        if (cell[k] == &none && name == kNames[k]) {
+            cell[k] = &values[i];
+            --left;
+        }
+    }
     const std::string& process = *cell[0];
     const std::string& device = *cell[1];
     const std::string& package = *cell[2];
