@@ -336,10 +336,10 @@ TEST_F(HostTest, EditsMoveTheResult) {
     EXPECT_GT(Block(faster, "Logic Block"), Block(base, "Logic Block"));
 
     // Row by index, by "#index", and the column by its project-file key.
-    for (const char* spec :
+    for (const char* text :
          {"Logic Block/Logic/0/Freq. (MHz)=96", "Logic Block/Logic/#0/Freq. (MHz)=96",
           "Logic Block/Logic/cpu_core/Freq=96"})
-        EXPECT_EQ(Calc(kDemo, {"--set", spec})["total_power_w"], faster["total_power_w"]) << spec;
+        EXPECT_EQ(Calc(kDemo, {"--set", text})["total_power_w"], faster["total_power_w"]) << text;
 
     // A tab whose name holds "/" is found all the same.
     EXPECT_EQ(Pwc({"calc", kDemo, "--set", "I/O/Input Output/uart/Input Freq. (MHz)=24"}).code, 0);

@@ -67,7 +67,7 @@ int Calc(const CalcOptions& o, std::ostream& out) {
         throw UsageError("refusing to overwrite the input project '" + o.project +
                          "' (use --force)");
     std::vector<CellEdit> edits;
-    for (const std::string& spec : o.sets) edits.push_back(ParseCellEdit(spec));
+    for (const std::string& text : o.sets) edits.push_back(ParseCellEdit(text));
     if (!o.ambient.empty()) ParseNumber(o.ambient, "--ambient");
 
     Session session(o.project);

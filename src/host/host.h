@@ -128,12 +128,12 @@ DeviceInfo ReadDeviceInfo(const PD_DATA& project);
 // One --set "TAB/TABLE/ROW/COLUMN=VALUE". Names may themselves hold "/"
 // ("I/O"): they are matched against the engine's names, longest first.
 struct CellEdit {
-    std::string spec;
+    std::string text;
     std::string path;  // left of the first "="
     std::string value;
 };
 
-CellEdit ParseCellEdit(const std::string& spec);
+CellEdit ParseCellEdit(const std::string& text);
 // Resolves and applies one edit; throws a UsageError naming what is missing
 // and the choices.
 void ApplyCellEdit(PC_ENG& engine, const CellEdit& edit);

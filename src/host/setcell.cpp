@@ -101,15 +101,15 @@ double ParseNumber(const std::string& text, const std::string& what) {
     return value;
 }
 
-CellEdit ParseCellEdit(const std::string& spec) {
-    const size_t eq = spec.find('=');
-    if (eq == std::string::npos || spec.find('/') > eq)
-        throw UsageError("--set " + Quote(spec) + ": expected TAB/TABLE/ROW/COLUMN=VALUE");
-    return CellEdit{spec, spec.substr(0, eq), spec.substr(eq + 1)};
+CellEdit ParseCellEdit(const std::string& text) {
+    const size_t eq = text.find('=');
+    if (eq == std::string::npos || text.find('/') > eq)
+        throw UsageError("--set " + Quote(text) + ": expected TAB/TABLE/ROW/COLUMN=VALUE");
+    return CellEdit{text, text.substr(0, eq), text.substr(eq + 1)};
 }
 
 void ApplyCellEdit(PC_ENG& engine, const CellEdit& edit) {
-    const std::string where = "--set " + Quote(edit.spec) + ": ";
+    const std::string where = "--set " + Quote(edit.text) + ": ";
 
     std::vector<std::string> tabs;
     for (int i = 0; i < engine.GetNumOfPanels(); ++i) tabs.push_back(engine.GetPanelName(i));
