@@ -511,6 +511,15 @@ class PC_ENG {
                         const std::string& supply, const Row& names, const Row& values);
     double RoutingTerms(IccModel model, const std::string& supply, const Row& names,
                         const Row& values);
+    // One model call with a count already read from the row.
+    double CallIccModel(IccModel model, const std::string& equationSection,
+                        const std::string& block, const std::string& item, double count,
+                        const std::string& label, const std::string& supply, const Row& names,
+                        const Row& values);
+    // The slice items, their block term and the routing of a logic row for
+    // one static model (used or unused leakage or bias).
+    double LogicStaticTerms(IccModel perElement, const std::string& panel, const Row& names,
+                            const Row& values, const std::string& supply);
     // Evaluates the bound values and writes the log and debug lines.
     // display: the equation as shown, when it differs from formula.
     double EvaluateAndLog(const std::string& formula, const Row* variables,

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 #include "baspcengin.h"
 #include "baspcformula/formula_util.h"
@@ -50,51 +51,45 @@ bool HasShortSwitchBoxList(const std::string& arch) {
 
 // ---- The shared pattern --------------------------------------------------------------
 
+double PC_ENG::CallIccModel(IccModel model, const std::string& e, const std::string& block,
+                            const std::string& item, double count, const std::string& label,
+                            const std::string& supply, const Row& names, const Row& values) {
+    switch (model) {
+        case IccModel::Dyn:
+            return GetIccDyn(e, block, item, count, label, supply, names, values);
+        case IccModel::DynAF100:
+            return GetIccDynAF100(e, block, item, count, label, supply, names, values);
+        case IccModel::DynFper2:
+            return GetIccDynFper2(e, block, item, count, label, supply, names, values);
+        case IccModel::Leak:
+            return GetIccLeak(e, block, item, count, label, supply, names, values);
+        case IccModel::LeakUnused:
+            return GetIccLeakUnused(e, block, item, count, label, supply, names, values);
+        case IccModel::LeakDFB:
+            return GetIccLeakDFB(e, block, item, count, label, supply, names, values);
+        case IccModel::LeakDFBUnused:
+            return GetIccLeakDFBUnused(e, block, item, count, label, supply, names, values);
+        case IccModel::Bias:
+            return GetIccBias(e, block, item, count, label, supply, names, values);
+        case IccModel::BiasUnused:
+            return GetIccBiasUnused(e, block, item, count, label, supply, names, values);
+        case IccModel::BiasDFB:
+            return GetIccBiasDFB(e, block, item, count, label, supply, names, values);
+        case IccModel::BiasDFBUnused:
+            return GetIccBiasDFBUnused(e, block, item, count, label, supply, names, values);
+    }
+    return 0.0;
+}
+
 double PC_ENG::SumIccTerms(const std::string& logName, const std::vector<IccTerm>& terms,
                            const std::string& supply, const Row& names, const Row& values) {
     double sum = 0.0;
     std::vector<double> numbers;
     numbers.reserve(terms.size());
     for (const IccTerm& t : terms) {
-        const std::string& e = t.equationSection;
-        double i = 0.0;
-        switch (t.model) {
-            case IccModel::Dyn:
-                i = GetIccDyn(e, t.block, t.item, t.count, t.label, supply, names, values);
-                break;
-            case IccModel::DynAF100:
-                i = GetIccDynAF100(e, t.block, t.item, t.count, t.label, supply, names, values);
-                break;
-            case IccModel::DynFper2:
-                i = GetIccDynFper2(e, t.block, t.item, t.count, t.label, supply, names, values);
-                break;
-            case IccModel::Leak:
-                i = GetIccLeak(e, t.block, t.item, t.count, t.label, supply, names, values);
-                break;
-            case IccModel::LeakUnused:
-                i = GetIccLeakUnused(e, t.block, t.item, t.count, t.label, supply, names, values);
-                break;
-            case IccModel::LeakDFB:
-                i = GetIccLeakDFB(e, t.block, t.item, t.count, t.label, supply, names, values);
-                break;
-            case IccModel::LeakDFBUnused:
-                i = GetIccLeakDFBUnused(e, t.block, t.item, t.count, t.label, supply, names,
-                                        values);
-                break;
-            case IccModel::Bias:
-                i = GetIccBias(e, t.block, t.item, t.count, t.label, supply, names, values);
-                break;
-            case IccModel::BiasUnused:
-                i = GetIccBiasUnused(e, t.block, t.item, t.count, t.label, supply, names, values);
-                break;
-            case IccModel::BiasDFB:
-                i = GetIccBiasDFB(e, t.block, t.item, t.count, t.label, supply, names, values);
-                break;
-            case IccModel::BiasDFBUnused:
-                i = GetIccBiasDFBUnused(e, t.block, t.item, t.count, t.label, supply, names,
-                                        values);
-                break;
-        }
+        const double i =
+            CallIccModel(t.model, t.equationSection, t.block, t.item,
+                         Count(t.count.c_str(), names, values), t.label, supply, names, values);
         numbers.push_back(i);
         sum += i;
     }
@@ -284,92 +279,58 @@ const SliceItem kSliceUnusedItems[] = {{"LUT_unused", "LUT_unused", "LUTunused"}
 
 }  // namespace
 
+double PC_ENG::LogicStaticTerms(IccModel perElement, const std::string& panel, const Row& names,
+                                const Row& values, const std::string& supply) {
+    const bool unused = perElement == IccModel::LeakUnused || perElement == IccModel::BiasUnused;
+    const bool leak = perElement == IccModel::Leak || perElement == IccModel::LeakUnused;
+    const IccModel dfb = leak ? (unused ? IccModel::LeakDFBUnused : IccModel::LeakDFB)
+                              : (unused ? IccModel::BiasDFBUnused : IccModel::BiasDFB);
+    const SliceItem* items = unused ? kSliceUnusedItems : kSliceItems;
+    const size_t itemCount = unused ? std::size(kSliceUnusedItems) : std::size(kSliceItems);
+
+    double count = 0.0;
+    std::vector<double> numbers;
+    numbers.reserve(itemCount + 2);
+    for (size_t k = 0; k < itemCount; ++k) {
+        const double n = Count(items[k].column, names, values);
+        count += n;
+        numbers.push_back(CallIccModel(perElement, panel, "SLICE", items[k].item, n, items[k].item,
+                                       supply, names, values));
+    }
+    numbers.push_back(CallIccModel(
+        dfb, panel, "SLICE", unused ? "DCforBLOCK_unused" : "DCforBLOCK_used", count,
+        unused ? "(lutUnused+regUnused)" : "(lut+ram+rip+reg)", supply, names, values));
+    numbers.push_back(RoutingTerms(perElement, supply, names, values));
+    double sum = 0.0;
+    for (double n : numbers) sum += n;
+    if (PD_UTIL::IsCalcLogOpen()) {
+        const std::string kind = leak ? "IccLeak" : "IccBias";
+        const std::string tail = unused ? "Unused" : "";
+        std::vector<std::string> terms;
+        for (size_t k = 0; k < itemCount; ++k) terms.push_back(kind + items[k].term);
+        terms.push_back(kind + "DFBlogic" + tail);
+        terms.push_back(kind + "ISBroutCIB" + tail);
+        LogSum(kind + "LogicRouting" + (unused ? "Unused" : "Used"), terms, numbers, sum);
+    }
+    return sum;
+}
+
 double PC_ENG::ProcessLogicLeakUsedVcc(const std::string& panel, const Row& names,
                                        const Row& values, const std::string& supply) {
-    double sum = 0.0, count = 0.0;
-    std::vector<double> numbers;
-    numbers.reserve(6);
-    for (const SliceItem& s : kSliceItems) {
-        const double n = Count(s.column, names, values);
-        count += n;
-        numbers.push_back(GetIccLeak(panel, "SLICE", s.item, n, s.item, supply, names, values));
-    }
-    numbers.push_back(GetIccLeakDFB(panel, "SLICE", "DCforBLOCK_used", count, "(lut+ram+rip+reg)",
-                                    supply, names, values));
-    numbers.push_back(GetRoutingISBleakUsed(panel, names, values, supply));
-    for (double n : numbers) sum += n;
-    if (PD_UTIL::IsCalcLogOpen())
-        LogSum("IccLeakLogicRoutingUsed",
-               {"IccLeakLUT", "IccLeakRAM", "IccLeakRIP", "IccLeakREG", "IccLeakDFBlogic",
-                "IccLeakISBroutCIB"},
-               numbers, sum);
-    return sum;
+    return LogicStaticTerms(IccModel::Leak, panel, names, values, supply);
 }
 
 double PC_ENG::ProcessLogicBiasUsedVcc(const std::string& panel, const Row& names,
                                        const Row& values, const std::string& supply) {
-    double sum = 0.0, count = 0.0;
-    std::vector<double> numbers;
-    numbers.reserve(6);
-    for (const SliceItem& s : kSliceItems) {
-        const double n = Count(s.column, names, values);
-        count += n;
-        numbers.push_back(GetIccBias(panel, "SLICE", s.item, n, s.item, supply, names, values));
-    }
-    numbers.push_back(GetIccBiasDFB(panel, "SLICE", "DCforBLOCK_used", count, "(lut+ram+rip+reg)",
-                                    supply, names, values));
-    numbers.push_back(GetRoutingISBbiasUsed(panel, names, values, supply));
-    for (double n : numbers) sum += n;
-    if (PD_UTIL::IsCalcLogOpen())
-        LogSum("IccBiasLogicRoutingUsed",
-               {"IccBiasLUT", "IccBiasRAM", "IccBiasRIP", "IccBiasREG", "IccBiasDFBlogic",
-                "IccBiasISBroutCIB"},
-               numbers, sum);
-    return sum;
+    return LogicStaticTerms(IccModel::Bias, panel, names, values, supply);
 }
 
 double PC_ENG::ProcessLogicLeakUnused(const std::string& panel, const Row& names, const Row& values,
                                       const std::string& supply) {
-    double sum = 0.0, count = 0.0;
-    std::vector<double> numbers;
-    numbers.reserve(6);
-    for (const SliceItem& s : kSliceUnusedItems) {
-        const double n = Count(s.column, names, values);
-        count += n;
-        numbers.push_back(
-            GetIccLeakUnused(panel, "SLICE", s.item, n, s.item, supply, names, values));
-    }
-    numbers.push_back(GetIccLeakDFBUnused(panel, "SLICE", "DCforBLOCK_unused", count,
-                                          "(lutUnused+regUnused)", supply, names, values));
-    numbers.push_back(GetRoutingISBleakUnused(panel, names, values, supply));
-    for (double n : numbers) sum += n;
-    if (PD_UTIL::IsCalcLogOpen())
-        LogSum("IccLeakLogicRoutingUnused",
-               {"IccLeakLUTunused", "IccLeakREGunused", "IccLeakDFBlogicUnused",
-                "IccLeakISBroutCIBUnused"},
-               numbers, sum);
-    return sum;
+    return LogicStaticTerms(IccModel::LeakUnused, panel, names, values, supply);
 }
 
 double PC_ENG::ProcessLogicBiasUnused(const std::string& panel, const Row& names, const Row& values,
                                       const std::string& supply) {
-    double sum = 0.0, count = 0.0;
-    std::vector<double> numbers;
-    numbers.reserve(6);
-    for (const SliceItem& s : kSliceUnusedItems) {
-        const double n = Count(s.column, names, values);
-        count += n;
-        numbers.push_back(
-            GetIccBiasUnused(panel, "SLICE", s.item, n, s.item, supply, names, values));
-    }
-    numbers.push_back(GetIccBiasDFBUnused(panel, "SLICE", "DCforBLOCK_unused", count,
-                                          "(lutUnused+regUnused)", supply, names, values));
-    numbers.push_back(GetRoutingISBbiasUnused(panel, names, values, supply));
-    for (double n : numbers) sum += n;
-    if (PD_UTIL::IsCalcLogOpen())
-        LogSum("IccBiasLogicRoutingUnused",
-               {"IccBiasLUTunused", "IccBiasREGunused", "IccBiasDFBlogicUnused",
-                "IccBiasISBroutCIBUnused"},
-               numbers, sum);
-    return sum;
+    return LogicStaticTerms(IccModel::BiasUnused, panel, names, values, supply);
 }
