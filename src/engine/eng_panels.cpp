@@ -265,7 +265,7 @@ void PC_ENG::SetupPanels2() {
                 }
                 for (const std::string& supplyName : pwr->supplies) {
                     std::string supply = supplyName;
-                    if (arch == "wd7r00" && supply.compare(0, 4, "PFR_") == 0)
+                    if (IsPfrArch(arch) && supply.compare(0, 4, "PFR_") == 0)
                         supply = supply.substr(4);
                     if (supply == "VCC" || supply == "VCCPG") {
                         if (seenCore) supply = "VCC";

@@ -209,14 +209,13 @@ bool PC_ENG::SetupPowerData(const std::string& a, const std::string& b, const st
     char name[2056];
     std::snprintf(name, sizeof name, "%s", ArchName());
     const std::string arch = ArchName();
-    bool hpArch =
-        Holds(ArchName(), "zn2c00") || Holds(ArchName(), "wd7c00") || Holds(ArchName(), "wd7r00");
+    const bool hpArch = HasHighPerformancePowerFile(arch);
     if (hpArch && (Holds(DeviceName(), "HE") || Holds(DeviceName(), "HC")))
         std::strncat(name, "hp", sizeof name - std::strlen(name) - 1);
     std::strncat(name, ".pwr", sizeof name - std::strlen(name) - 1);
     if (!HelperSetupPowerData(pwrData, name)) return false;
 
-    if (arch == "wd7r00") {
+    if (IsPfrArch(arch)) {
         if (c.empty() && !MergePFRPwr(name, "harrier.pwr")) return false;
         if (!ReadPFRFile(name, a, b, c, arch)) return false;
     }

@@ -6,6 +6,7 @@
 
 #include "baspcengin.h"
 #include "baspcpanel/pc_text.h"
+#include "pc_families.h"
 
 namespace {
 
@@ -60,7 +61,7 @@ std::vector<std::string> PC_ENG::GetAirFlowTypeVector() const {
 std::string PC_ENG::ThetaDeviceKey() const {
     std::string part = DeviceName();
     // These parts share the thermal data of the plain part.
-    if (std::strcmp(FamilyName(), "Orvan2S") == 0 || std::strcmp(FamilyName(), "Orvan2MS") == 0) {
+    if (pwc::SharesPlainPartThermalData(FamilyName())) {
         size_t s = part.find_last_of('S');
         if (s != std::string::npos) part = part.substr(0, s) + part.substr(s + 1);
     }

@@ -209,7 +209,7 @@ std::vector<int> PC_ENG::GetPowerColumnIndexVector(PD_TABLE* table) const {
 }
 
 void PC_ENG::CalculateTotalPower() {
-    if (std::strcmp(ArchName(), "wd7r00") == 0) {
+    if (IsPfrArch(ArchName())) {
         CalculateTotalPowerCategory();
         return;
     }

@@ -51,7 +51,12 @@ const FamilyArch kFamilyArch[] = {
     {"Belmir", "gy7s00"},
 };
 
-const List kWideVoltageArchs = {"bf7p00", "bf7p00m", "bf7p00g"};
+const List kBf7p00Archs = {"bf7p00", "bf7p00m", "bf7p00g"};
+const List kArchAndOverrideArchs = {"kt7g00",  "hq7g00p", "hq7g00", "hq7g00e", "zn2c00p",
+                                    "zn3c00a", "zn3c00f", "wd7c00", "wd7r00"};
+const List kShortSwitchBoxArchs = {"rv7c00", "kt7c00", "zn3c00a", "zn3c00f", "rv7d00",
+                                   "pl7w00", "cu7s00", "wd7c00",  "wd7r00"};
+const List kHighPerformancePowerArchs = {"zn2c00", "wd7c00", "wd7r00"};
 
 }  // namespace
 
@@ -112,6 +117,10 @@ bool SavesAscCurrent(const std::string& family, const std::string& device) {
     return family == "Quenra2" && device.find("HC") != std::string::npos;
 }
 
+bool SharesPlainPartThermalData(const std::string& f) {
+    return InList(f, {"Orvan2S", "Orvan2MS"});
+}
+
 bool IsSingleDphyPackage(const std::string& p) {
     return InList(p, kSingleDphyPackages);
 }
@@ -122,8 +131,28 @@ std::string ArchNameOfFamily(const std::string& family) {
     return family;
 }
 
+bool IsBf7p00Arch(const std::string& arch) {
+    return InList(arch, kBf7p00Archs);
+}
+
 const char* VoltageListOfArch(const std::string& arch) {
-    return InList(arch, kWideVoltageArchs) ? "1.2_1.35_1.5_1.8_2.5_3.3" : "1.2_1.5_1.8_2.5_3.3";
+    return IsBf7p00Arch(arch) ? "1.2_1.35_1.5_1.8_2.5_3.3" : "1.2_1.5_1.8_2.5_3.3";
+}
+
+bool PassesArchAndOverride(const std::string& arch) {
+    return HoldsAny(arch, {"zn2c00"}) || InList(arch, kArchAndOverrideArchs);
+}
+
+bool HasShortSwitchBoxList(const std::string& arch) {
+    return HoldsAny(arch, {"zn2c00", "bf7p00"}) || InList(arch, kShortSwitchBoxArchs);
+}
+
+bool IsPfrArch(const std::string& arch) {
+    return arch == "wd7r00";
+}
+
+bool HasHighPerformancePowerFile(const std::string& arch) {
+    return HoldsAny(arch, kHighPerformancePowerArchs);
 }
 
 }  // namespace pwc

@@ -42,6 +42,9 @@ bool HasCoreSupplyDeviceTail(const std::string& family);
 // Families that save "ASC CURRENT" (Quenra2 only with an "HC" device).
 bool SavesAscCurrent(const std::string& family, const std::string& device);
 
+// Families whose "S" parts share the thermal data of the plain part.
+bool SharesPlainPartThermalData(const std::string& family);
+
 // Packages with one D-PHY instead of two.
 bool IsSingleDphyPackage(const std::string& package);
 
@@ -51,8 +54,21 @@ std::string ArchNameOfFamily(const std::string& family);
 
 // Architectures ----------------------------------------------------------
 
+// The "bf7p00" architectures: a wider I/O voltage list and a PLL whose VCO
+// averages three frequencies.
+bool IsBf7p00Arch(const std::string& arch);
 // I/O voltage list of the architecture.
 const char* VoltageListOfArch(const std::string& arch);
+// Architectures whose formulas also see "archName" and the regulated core
+// voltage ("zn2c00" and its variants by substring).
+bool PassesArchAndOverride(const std::string& arch);
+// Architectures whose switch boxes are counted as "ISB" and "ISBCLK" only.
+bool HasShortSwitchBoxList(const std::string& arch);
+// The architecture with supply categories and port files: its totals go by
+// category and its "PFR_" supplies lose the prefix in column names.
+bool IsPfrArch(const std::string& arch);
+// Architectures whose "HE"/"HC" parts load the "hp" power file.
+bool HasHighPerformancePowerFile(const std::string& arch);
 
 }  // namespace pwc
 

@@ -7,6 +7,7 @@
 #include "baspcengin.h"
 #include "baspcformula/formula_util.h"
 #include "baspclator/pc_lator.h"
+#include "pc_families.h"
 #include "pd_util.h"
 
 using namespace pwcformula;
@@ -52,13 +53,6 @@ double Column(const char* name, const PC_ENG::Row& names, const PC_ENG::Row& val
 
 bool Holds(const std::string& text, const char* part) {
     return text.find(part) != std::string::npos;
-}
-
-// Architectures whose PLL runs its VCO from three averaged frequencies.
-bool AveragesPllFrequencies(const char* arch) {
-    for (const char* a : {"bf7p00", "bf7p00m", "bf7p00g"})
-        if (std::strcmp(arch, a) == 0) return true;
-    return false;
 }
 
 // The shown equation of a halved frequency. Without "* F *" the search gives
@@ -311,7 +305,7 @@ double PC_ENG::GetFreqForPLL(double freq, const Row& names, const Row& values) {
         PD_UTIL::FCprintln("Error! M = 0, setting M = 1.");
         m = 1.0;
     }
-    if (AveragesPllFrequencies(ArchName())) {
+    if (pwc::IsBf7p00Arch(ArchName())) {
         const double result = (freq + freq * n * v / m + freq * n / m) / 3.0;
         if (PD_UTIL::IsCalcLogOpen())
             PD_UTIL::FCprintln("PLL uses Fvco=(Freq + (Freq * N * V / M) + (Freq * N / M)) / 3 = " +

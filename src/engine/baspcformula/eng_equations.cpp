@@ -6,6 +6,7 @@
 #include "baspcengin.h"
 #include "baspcformula/formula_util.h"
 #include "baspclator/pc_lator.h"
+#include "pc_families.h"
 #include "pd_util.h"
 
 using namespace pwcformula;
@@ -14,17 +15,6 @@ namespace {
 
 PD_KEYSECT* KeySection(PD_DATA* data, const std::string& name) {
     return data ? dynamic_cast<PD_KEYSECT*>(data->GetSection(name.c_str())) : nullptr;
-}
-
-// Architectures whose constants also see "archName" and the core override.
-const char* const kRegulatedArchs[] = {"kt7g00",  "hq7g00p", "hq7g00", "hq7g00e", "zn2c00p",
-                                       "zn3c00a", "zn3c00f", "wd7c00", "wd7r00"};
-
-bool PassesArchAndOverride(const std::string& arch) {
-    if (arch.find("zn2c00") != std::string::npos) return true;
-    for (const char* a : kRegulatedArchs)
-        if (arch == a) return true;
-    return false;
 }
 
 const char kPolyWord[] = "-5thpolynomial";
@@ -168,7 +158,7 @@ void PC_ENG::InitConstants(const std::vector<std::string>& names,
     // The row with the two extra pairs is built only for a constant that is
     // worked out; names and values of unequal length take it at once, so
     // that the pairs stand where they always did.
-    const bool extraPairs = PassesArchAndOverride(ArchName());
+    const bool extraPairs = pwc::PassesArchAndOverride(ArchName());
     Row n, v;
     bool built = false;
     auto build = [&] {

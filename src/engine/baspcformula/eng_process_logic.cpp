@@ -7,6 +7,7 @@
 
 #include "baspcengin.h"
 #include "baspcformula/formula_util.h"
+#include "pc_families.h"
 #include "pd_util.h"
 
 using namespace pwcformula;
@@ -34,17 +35,6 @@ void LogSum(const std::string& name, const std::vector<std::string>& terms,
 
 double Count(const char* column, const PC_ENG::Row& names, const PC_ENG::Row& values) {
     return ToNumber(RowValue(column, names, values));
-}
-
-// Architectures whose switch boxes are counted as "ISB" and "ISBCLK" only.
-bool HasShortSwitchBoxList(const std::string& arch) {
-    static const char* const exact[] = {"rv7c00", "kt7c00", "zn3c00a", "zn3c00f", "rv7d00",
-                                        "pl7w00", "cu7s00", "wd7c00",  "wd7r00"};
-    if (arch.find("zn2c00") != std::string::npos || arch.find("bf7p00") != std::string::npos)
-        return true;
-    for (const char* a : exact)
-        if (arch == a) return true;
-    return false;
 }
 
 }  // namespace
@@ -149,7 +139,7 @@ double PC_ENG::RoutingTerms(IccModel model, const std::string& supply, const Row
     static const char* const kLongList[] = {"ISBLUT", "ISBCE", "ISBLSR", "ISBM", "ISBCLK"};
     const std::string arch = ArchName();
     const bool splitX1 = arch == "rv7d00";
-    const bool shortList = HasShortSwitchBoxList(arch);
+    const bool shortList = pwc::HasShortSwitchBoxList(arch);
 
     std::vector<const char*> wires = {"X0"};
     if (splitX1) {
