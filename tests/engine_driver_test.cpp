@@ -206,6 +206,16 @@ TEST_F(EngineTest, SupplyListAndLimits) {
     EXPECT_EQ(text.find("Vcc,"), 0u);
     EXPECT_EQ(text.find("Vcc,", 1), std::string::npos);
     EXPECT_EQ(text.back(), ',');
+    // A row for another device pattern is no supply of this device.
+    auto* supplies = dynamic_cast<PD_TBLSECT*>(eng->GetPwrData()->GetSection("SUPPLIES"));
+    ASSERT_NE(supplies, nullptr);
+    std::vector<std::string> row(supplies->GetNumOfColumns(), "1.0");
+    row[supplies->GetColumnIndex("SupplyName")] = "VCCJ@KZQ9-????";
+    supplies->AddRow(row);
+    row[supplies->GetColumnIndex("SupplyName")] = "VCCP@KZQ2-1200?C";
+    supplies->AddRow(row);
+    std::unique_ptr<char[]> again(eng->ListOfSupplies());
+    EXPECT_EQ(std::string(again.get()), text + "Vccp,");
 
     const std::string min = eng->GetSuupliesValueFromPwr("VCC", "Min");
     const std::string max = eng->GetSuupliesValueFromPwr("VCC", "Max");
@@ -227,6 +237,10 @@ TEST_F(EngineTest, ConstantsStartEmptyAndResetToZero) {
     *eng->KValue("Kvcc") = "1.5";
     EXPECT_EQ(eng->GetKsupply("VCC"), "1.5");
     eng->SetSupply("Vcc", "1.2");
+    EXPECT_EQ(eng->GetKsupply("VCC"), "0");
+    // A process change works the scale factors out again too.
+    *eng->KValue("Kvcc") = "1.5";
+    eng->SetWorstType();
     EXPECT_EQ(eng->GetKsupply("VCC"), "0");
 }
 

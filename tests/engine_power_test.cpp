@@ -83,6 +83,21 @@ TEST_F(OneLogicRow, UsedLeakageFollowsTheExponentialModel) {
     EXPECT_NEAR(Cell("Leakage VCC Pwr (W)"), 1.2 * (perLut + block), 1.2 * (perLut + block) * 1e-3);
 }
 
+TEST_F(OneLogicRow, SelectorsPickTheLogicMembersByPanelName) {
+    int n = 0;
+    const std::vector<std::string> names = eng->GetArrayOfColumnNames(rows, &n);
+    const std::vector<std::string> values =
+        eng->GetArrayOfColumnValues(rows, rows->GetNumOfRows() - 1, &n);
+    eng->InitConstants(names, values);
+    const double dyn = eng->ProcessLogicDynVcc("Logic Block", names, values, "VCC");
+    EXPECT_GT(dyn, 0.0);
+    EXPECT_DOUBLE_EQ(eng->ProcessFormulaDynVcc("Logic Block", names, values), dyn);
+    EXPECT_DOUBLE_EQ(eng->ProcessFormulaBiasUsedVcc("Logic Block", names, values),
+                     eng->ProcessLogicBiasUsedVcc("Logic Block", names, values, "VCC"));
+    EXPECT_EQ(eng->ProcessFormulaDynVcc("Nowhere", names, values), 0.0);
+    EXPECT_EQ(eng->ProcessFormulaDynVccaux("Logic Block", names, values), 0.0);
+}
+
 TEST_F(OneLogicRow, TotalsAddUp) {
     eng->Calculate();
     PD_TABLE* total = LogicTotal(*eng);

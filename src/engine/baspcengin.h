@@ -478,6 +478,14 @@ class PC_ENG {
     double ProcessLogicBiasUnused(const std::string& panel, const std::vector<std::string>& names,
                                   const std::vector<std::string>& values,
                                   const std::string& supply);
+    // Process members chosen by panel name; 0 for a panel without one.
+    double ProcessFormulaDynVcc(const std::string& panel, const Row& names, const Row& values);
+    double ProcessFormulaDynVccaux(const std::string& panel, const Row& names, const Row& values);
+    double ProcessFormulaLeakUnusedVcc(const std::string& panel, const Row& names,
+                                       const Row& values);
+    double ProcessFormulaBiasUnusedVcc(const std::string& panel, const Row& names,
+                                       const Row& values);
+    double ProcessFormulaBiasUsedVcc(const std::string& panel, const Row& names, const Row& values);
     // Routing wires and switch boxes of a logic row; the supply is the one of
     // the caller's loop ("VCC" when not given).
     double GetRoutingISBdyn(const std::string& panel, const Row& names, const Row& values,

@@ -117,16 +117,11 @@ void PC_ENG::SetupPanels() {
 
 void PC_ENG::FillSupplyRow(PD_TABLE* vdpm, const std::string& pcfName, const char* defaultText) {
     std::string voltage, dpm = "1.00";
-    PD_SECTION* projVdpm = project ? project->GetSection("VDPM") : nullptr;
-    if (projVdpm) {
-        PD_TBLSECT* t = dynamic_cast<PD_TBLSECT*>(projVdpm);
-        if (!t) {
-            std::cerr << "PCF VDPM table must have _TBLSECT format" << std::endl;
-        } else if (t->GetRowNumber(pcfName) >= 0) {
-            voltage = t->GetValueAt(pcfName.c_str(), "Voltage");
-            const char* d = t->GetValueAt(pcfName.c_str(), "DPM");
-            if (*d) dpm = d;
-        }
+    auto* projVdpm = project ? dynamic_cast<PD_TBLSECT*>(project->GetSection("VDPM")) : nullptr;
+    if (projVdpm && projVdpm->GetRowNumber(pcfName) >= 0) {
+        voltage = projVdpm->GetValueAt(pcfName.c_str(), "Voltage");
+        const char* d = projVdpm->GetValueAt(pcfName.c_str(), "DPM");
+        if (*d) dpm = d;
     }
     if (voltage.empty()) {
         char buf[64];
@@ -143,6 +138,10 @@ void PC_ENG::SetupSummary() {
     PD_TABLE* pgvdpm = new PD_TABLE("PGVDPM");
     vdpm->SetTableHeader("Supply,Voltage,DPM");
     pgvdpm->SetTableHeader("Supply,Voltage,DPM");
+
+    PD_SECTION* projVdpm = project ? project->GetSection("VDPM") : nullptr;
+    if (projVdpm && !dynamic_cast<PD_TBLSECT*>(projVdpm))
+        std::cerr << "PCF VDPM table must have _TBLSECT format" << std::endl;
 
     const char* supplySection = UsesPowerCategory(family) ? "POWER CATEGORY" : "SUPPLIES";
     PD_SECTION* s = pwrData->GetSection(supplySection);
@@ -198,6 +197,7 @@ void PC_ENG::SetupSummary() {
     block->AddRow({"Total", "0.0000"});
 
     PD_TABLE* peak = new PD_TABLE("Peak Startup");
+    peak->SetTableHeader("Supply, Peak Startup (A)");
     summary->AddTable(peak);
     if (pgvdpm->GetNumOfRows() > 0)
         summary->AddTable(pgvdpm);

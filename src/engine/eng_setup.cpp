@@ -433,6 +433,8 @@ std::vector<std::string> PC_ENG::GetAvailableProcessType() {
 // The buffer is 16 bytes and the name is not checked beyond fitting in it.
 void PC_ENG::SetProcessType(const char* name) {
     std::snprintf(processType, sizeof processType, "%s", name ? name : "");
+    // The scale factors are worked out again for the new process.
+    ResetConstants();
 }
 void PC_ENG::SetWorstType() {
     SetProcessType("Worst");

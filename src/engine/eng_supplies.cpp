@@ -232,8 +232,15 @@ char* PC_ENG::ListOfSupplies() const {
     if (PD_TBLSECT* t = dynamic_cast<PD_TBLSECT*>(pwrData->GetSection("SUPPLIES"))) {
         const int col = t->GetColumnIndex("SupplyName");
         for (int r = 0; r < t->GetNumOfRows(); ++r) {
+            std::string pwrName = t->GetValueAt(r, col);
+            // A row for other devices only is no supply of this one.
+            const size_t at = pwrName.find('@');
+            if (at != std::string::npos) {
+                if (PD_UTIL::SpecialCompare(pwrName.substr(at + 1), DeviceName()) != 0) continue;
+                pwrName = pwrName.substr(0, at);
+            }
             std::string pcf;
-            TranslateSupplyPWRtoPCF(t->GetValueAt(r, col), pcf);
+            TranslateSupplyPWRtoPCF(pwrName, pcf);
             if (pcf == "Vcc" && std::find(seen.begin(), seen.end(), pcf) != seen.end()) continue;
             seen.push_back(pcf);
             list += pcf + ",";

@@ -52,13 +52,14 @@ double TextNumber(const std::string& text) {
 
 // fixed(value, precision) gives the "%.<precision>lf" text.
 template <typename Fixed>
-void BindBias(const PC_ENG::Row& variables, const BiasForm& form, double d, double count,
-              PC_ENG::Row& out, Fixed&& fixed) {
+// An item that gives no block coefficient binds the text "0".
+void BindBias(const PC_ENG::Row& variables, const BiasForm& form, double d, bool listed,
+              double count, PC_ENG::Row& out, Fixed&& fixed) {
     out.resize(variables.size());
     for (size_t i = 0; i < variables.size(); ++i) {
         const std::string& v = variables[i];
         if (v == form.coefficientName)
-            out[i] = fixed(d, 20);
+            out[i] = listed ? fixed(d, 20) : "0";
         else if (v == form.countName)
             out[i] = fixed(count, 2);
         else
@@ -77,14 +78,14 @@ double PC_ENG::BiasEquation(BiasKind kind, const std::string& equationSection,
     const std::string& equation = FormulaFor(equationSection, form.key, variables);
     if (variables) {
         double d = 0.0;
-        if (Listed(form.items, item))
-            d = kMilli * FindCoefficient(supply, block, item, "", "D").number;
+        const bool listed = Listed(form.items, item);
+        if (listed) d = kMilli * FindCoefficient(supply, block, item, "", "D").number;
         // Pre- and post-emphasis of the SERDES driver, already in amperes.
         if (kind == BiasKind::Used && supply == "VCCHTX" && block == "SERDES IO" && item == "TX") {
             const std::string& lpre = RowValue("LPRE_TOTAL", names, values);
             if (!lpre.empty()) d += TextNumber(lpre);
         }
-        BindBias(*variables, form, d, count, boundValues,
+        BindBias(*variables, form, d, listed, count, boundValues,
                  [this](double v, int p) -> const std::string& { return PrintFixed(v, p); });
     }
     return EvaluateAndLog(equation, variables, nullptr, form.format, block, label, supply, item,
@@ -184,7 +185,7 @@ double PC_ENG::ProcessIccDcBias(const std::string& mode, double d, double count,
         FormulaFor("Clocks", used ? "_ICCbias_used" : "_ICCbias_unused", variables);
     if (variables) {
         const BiasForm total = {nullptr, "_D_COMP_total", "_COMP_total", nullptr, nullptr, nullptr};
-        BindBias(*variables, total, d, count, boundValues,
+        BindBias(*variables, total, d, true, count, boundValues,
                  [this](double v, int p) -> const std::string& { return PrintFixed(v, p); });
     }
     return EvaluateAndLog(equation, variables, nullptr,

@@ -109,7 +109,7 @@ double PC_ENG::GetIccDyn(const std::string& equationSection, const std::string& 
     n.count = count;
     if (variables) BindDynamic(*variables, n, boundValues, fixed);
     std::string display;
-    if (fPer2 && PD_UTIL::IsCalcLogOpen()) display = HalvedDisplay(equation);
+    if (fPer2 && (PD_UTIL::IsCalcLogOpen() || debugHtml)) display = HalvedDisplay(equation);
     return EvaluateAndLog(equation, variables, fPer2 ? &display : nullptr,
                           "ICCdyn%s_%s_%s = %s = ", block, label, supply, item, supply,
                           "DynamicIcc");

@@ -54,14 +54,16 @@ const LeakForm kLeakForms[] = {
      "_Ksupply * _ProcessX * _A_DCforBLOCK_unused * e^(_B_DCforBLOCK_unused * T) * "
      "_COUNT_unused",
      "_Ksupply * _ProcessX * (_E_DCforBLOCK_unused * T^5 +  _F_DCforBLOCK_unused * T^4 + "
-     "_G_DCforBLOCK_unused * T^3 + _H_DCforBLOCK_unused * T^2 + _I_DCforBLOCK_unused * T + "
+     "_G_DCforBLOCK_unused * T^3 + _H_DCforBLOCK_unused * T^2 +  _I_DCforBLOCK_unused * T + "
      "_J_DCforBLOCK_unused) * _COUNT_unused",
      "UnusedLeakIcc"},
 };
 
 // The letter of a coefficient variable "_<L><tail>", or 0.
+// Leakage has no C or D coefficient: those names stay themselves.
 char CoefficientLetter(const std::string& name, const char* tail) {
-    if (name.size() < 3 || name[0] != '_' || name[2] != '_' || name[1] < 'A' || name[1] > 'J')
+    if (name.size() < 3 || name[0] != '_' || name[2] != '_' || name[1] < 'A' || name[1] > 'J' ||
+        name[1] == 'C' || name[1] == 'D')
         return 0;
     return std::strcmp(name.c_str() + 2, tail) == 0 ? name[1] : 0;
 }

@@ -324,3 +324,53 @@ double PC_ENG::ProcessLogicBiasUnused(const std::string& panel, const Row& names
                                       const std::string& supply) {
     return LogicStaticTerms(IccModel::BiasUnused, panel, names, values, supply);
 }
+
+// ---- Selectors by panel name ---------------------------------------------------------
+
+namespace {
+
+enum class Selector { DynVcc, DynVccaux, LeakUnusedVcc, BiasUnusedVcc, BiasUsedVcc };
+
+struct SelectorRow {
+    Selector selector;
+    const char* panel;
+    PC_ENG::ProcessMember member;
+};
+
+// Each tab whose process members exist adds its rows here.
+const SelectorRow kSelectors[] = {
+    {Selector::DynVcc, "Logic Block", &PC_ENG::ProcessLogicDynVcc},
+    {Selector::LeakUnusedVcc, "Logic Block", &PC_ENG::ProcessLogicLeakUnused},
+    {Selector::BiasUnusedVcc, "Logic Block", &PC_ENG::ProcessLogicBiasUnused},
+    {Selector::BiasUsedVcc, "Logic Block", &PC_ENG::ProcessLogicBiasUsedVcc},
+};
+
+double Select(PC_ENG& eng, Selector selector, const std::string& panel, const PC_ENG::Row& names,
+              const PC_ENG::Row& values) {
+    for (const SelectorRow& row : kSelectors)
+        if (row.selector == selector && panel == row.panel)
+            return (eng.*row.member)(panel, names, values, "VCC");
+    return 0.0;
+}
+
+}  // namespace
+
+double PC_ENG::ProcessFormulaDynVcc(const std::string& panel, const Row& names, const Row& values) {
+    return Select(*this, Selector::DynVcc, panel, names, values);
+}
+double PC_ENG::ProcessFormulaDynVccaux(const std::string& panel, const Row& names,
+                                       const Row& values) {
+    return Select(*this, Selector::DynVccaux, panel, names, values);
+}
+double PC_ENG::ProcessFormulaLeakUnusedVcc(const std::string& panel, const Row& names,
+                                           const Row& values) {
+    return Select(*this, Selector::LeakUnusedVcc, panel, names, values);
+}
+double PC_ENG::ProcessFormulaBiasUnusedVcc(const std::string& panel, const Row& names,
+                                           const Row& values) {
+    return Select(*this, Selector::BiasUnusedVcc, panel, names, values);
+}
+double PC_ENG::ProcessFormulaBiasUsedVcc(const std::string& panel, const Row& names,
+                                         const Row& values) {
+    return Select(*this, Selector::BiasUsedVcc, panel, names, values);
+}
