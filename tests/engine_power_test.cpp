@@ -98,6 +98,24 @@ TEST_F(OneLogicRow, SelectorsPickTheLogicMembersByPanelName) {
     EXPECT_EQ(eng->ProcessFormulaDynVccaux("Logic Block", names, values), 0.0);
 }
 
+TEST_F(OneLogicRow, DcBlockRecordsAreChosenByItem) {
+    // The sample slice's records: used 0.0008, unused 0.0006, sleep 0.0001 and
+    // standby 0.0003 uA; a letter the records lack, or a missing supply, is "0".
+    EXPECT_EQ(eng->FindABCDusedvalueFromPwrSupply("VCC", "SLICE", "DCforBLOCK_used", "", "A"),
+              "0.0008");
+    EXPECT_EQ(eng->FindABCDusedvalueFromPwrSupply("VCC", "SLICE", "DCforBLOCK_unused", "", "A"),
+              "0.0006");
+    EXPECT_EQ(eng->FindABCDusedvalueFromPwrSupply("VCC", "SLICE", "DCforBLOCK_sleep", "", "A"),
+              "0.0001");
+    EXPECT_EQ(eng->FindABCDusedvalueFromPwrSupply("VCC", "SLICE", "DCforBLOCK_standby", "", "A"),
+              "0.0003");
+    EXPECT_EQ(eng->FindABCDusedvalueFromPwrSupply("VCCAUX", "SLICE", "DCforBLOCK_used", "", "A"),
+              "0");
+    EXPECT_EQ(eng->FindABCDusedvalueFromPwrSupply("VCC", "NOSECTION", "LUT_used", "", "C"), "0");
+    // A member known only for one device and package is found through them.
+    EXPECT_EQ(eng->FindABCDusedvalueFromPwrSupply("VCC", "SLICE", "RIPPLE", "", "C"), "0.03");
+}
+
 TEST_F(OneLogicRow, TotalsAddUp) {
     eng->Calculate();
     PD_TABLE* total = LogicTotal(*eng);
