@@ -232,6 +232,7 @@ TEST_F(OneLogicRow, IoSuppliesSumTheRowsOfTheirBankVoltage) {
     EXPECT_NEAR(Num(power->GetValueAt(v25, 0)), 0.005, 1e-9);
     EXPECT_NEAR(Num(eng->GetCurrentTable()->GetValueAt(v25, 1)), 0.010 / 2.5, 1e-6);
     EXPECT_NEAR(eng->GetStaTable("Vccio 3.3", "I/O", eng->GetPowerMatrix()), 0.022, 1e-6);
+    EXPECT_NEAR(eng->GetStaTable("Vccio 3.3", "I/O", eng->GetCurrentMatrix()), 0.022 / 3.3, 1e-6);
 }
 
 TEST(JunctionSettling, BandAndSentinel) {

@@ -90,6 +90,8 @@ TEST_F(EngineOn, HeatSinksAllowTheirAirFlows) {
     EXPECT_EQ(eng->CustomHeatSink, "Yes");
     EXPECT_EQ(eng->GetThetaSelectionString(), "Med PCB_500fpm_NA");
     EXPECT_EQ(eng->SetHeatSinkSelection("Fan", "", flows, flow, theta), 0);
+    EXPECT_EQ(eng->SetAirFlowSelection("Gale", theta), 0);
+    EXPECT_EQ(eng->AirFlowSelection, "500 LFM");
 }
 
 TEST_F(EngineOn, UserDefinedThetaStopsRecomputation) {

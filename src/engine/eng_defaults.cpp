@@ -36,7 +36,8 @@ void PC_ENG::SetDefaultParameter() {
     ThetaOption = "ThermalModels";
     ThetaUserDefined = CustomHeatSink = "No";
     ThetaJAUserSet = ThetaJBUserSet = ThetaBAUserSet = ThetaJCUserSet = ThetaSAUserSet = "No";
-    ThetaJA = ThetaJAModel = ThetaJB = ThetaBA = ThetaJC = ThetaSA = ThetaSACustom = "0.0";
+    ThetaJA = ThetaJAModel = ThetaJB = ThetaBA = ThetaJC = ThetaSA = "0.0";
+    ThetaSACustom = "No";
     BoardSelection = "Medium Board";
     HeatSinkSelection = "No Heat Sink";
     AirFlowSelection = "200 LFM";
@@ -183,9 +184,12 @@ void PC_ENG::SetPowerControlDefault() {
     for (int i = 0; i < 8; ++i) add(mapPg, Numbered("EnablePg", i));
     add(mapLVDS, "DisableLVDS");
     for (int i = 1; i < 8; ++i) add(mapLVDS, Numbered("DisableLVDS", i));
-    add(mapPLL, "DisablePLL0");
-    add(mapPLL, "DisablePLL1");
-    if (!HasTwoPllStandbyKeys(family)) {
+    // Two PLL keys for the small families, the eight corner keys instead for
+    // the others.
+    if (HasTwoPllStandbyKeys(family)) {
+        add(mapPLL, "DisablePLL0");
+        add(mapPLL, "DisablePLL1");
+    } else {
         for (const char* corner : {"BL", "BR", "TL", "TR"})
             for (int i = 0; i < 2; ++i)
                 add(mapPLL, Numbered((std::string("DisablePLL") + corner).c_str(), i));

@@ -151,7 +151,7 @@ void PC_ENG::ProcessThetaBA() {
 void PC_ENG::ProcessThetaSA() {
     if (ThetaSAUserSet == "Yes" || CustomHeatSink == "Yes") return;
     if (HeatSinkSelection == "No Heat Sink") {
-        ThetaSA = Format2(0.0);
+        ThetaSA = "0";
         return;
     }
     std::string sink = HeatSinkSelection.substr(0, HeatSinkSelection.find(" Heat Sink"));
@@ -244,6 +244,7 @@ int PC_ENG::SetHeatSinkSelection(const std::string& sink, const std::string& cus
 }
 
 int PC_ENG::SetAirFlowSelection(const std::string& flow, std::string& theta) {
+    if (!Contains(kAirFlows, flow) && flow != "NA") return 0;
     if (flow != AirFlowSelection) {
         AirFlowSelection = flow;
         if (ThetaDRC() == 1) ProcessTheta();

@@ -1,4 +1,5 @@
 // Folding the tabs into the summary tables and the supply-by-block matrices.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -178,6 +179,10 @@ BlockPower TermPower(PC_PANEL* panel, const SupplyTerm& term, const std::string&
                     Row0(total, "Total DCbias " + tag + " Pwr (W)");
             break;
     }
+    // The banks' own columns hold no switching power of the I/O rows.
+    items.erase(std::remove_if(items.begin(), items.end(),
+                               [](PD_TABLE* t) { return t->name == "Bank Voltage"; }),
+                items.end());
     switch (term.dyn) {
         case Dyn::TotalDyn:
             p.dyn = Row0(total, "Total Dyn. Pwr (W)");
@@ -258,6 +263,7 @@ void PC_ENG::CalculateTotalPower() {
     SetIOstaVccioVttVccauxXX();
     SetIOdynVccioVttVccauxXX();
     setStaTableForIoVttVccio(ioStaticPower, ioDynamicPower, powerMatrix);
+    setStaTableForIoVttVccio(ioStaticCurrent, ioDynamicCurrent, currentMatrix);
 
     for (int r = 0; r < vdpm->GetNumOfRows(); ++r) {
         const std::string supply = vdpm->GetValueAt(r, 0);

@@ -182,7 +182,10 @@ void PC_ENG::SetIOVccioVttRows(bool dynamic) {
         power->SetValueAt(Print20(watts).c_str(), row, column);
         const double volts = dynamic && isVtt ? vtt165 : Num(vdpm->GetValueAt(row, 1));
         if (volts == 0.0) continue;
-        (dynamic ? ioDynamicCurrent : ioStaticCurrent)[s.row] = watts / volts;
+        if (dynamic)
+            ioDynamicCurrent[s.row] = watts / volts;
+        else
+            ioStaticCurrent[std::string(s.row) == "Vtt 0.9" ? "Vtt 0.0" : s.row] = watts / volts;
         current->SetValueAt(Print20(watts / volts).c_str(), row, column);
     }
 }
