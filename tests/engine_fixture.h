@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <memory>
+#include <sstream>
 #include <string>
 
 #include "baspcengin.h"
@@ -55,6 +58,22 @@ inline std::unique_ptr<PC_ENG> MakeEngine(DeviceStrings& d, PD_DATA* project,
                                           const std::string& oldFamily = "") {
     return std::make_unique<PC_ENG>(d.Array(), project, "Calculation", false, "", "", "", "", "",
                                     "", nullptr, nullptr, nullptr, oldFamily, false, "", "");
+}
+
+// Runs f with the calculation log open on a fresh file; what f logged.
+template <class F>
+std::string CaptureCalcLog(F f) {
+    static int count = 0;
+    const std::string path =
+        ::testing::TempDir() + "pwc_calc_log_" + std::to_string(++count) + ".txt";
+    std::remove(path.c_str());
+    PD_UTIL::DebugMode(3, path);
+    f();
+    PD_UTIL::DebugMode(0, "0");
+    std::ifstream in(path);
+    std::stringstream all;
+    all << in.rdbuf();
+    return all.str();
 }
 
 // Points the data directory at the sample devices for every test.

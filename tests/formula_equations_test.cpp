@@ -34,22 +34,12 @@ class FormulaEquations : public ::testing::Test {
     }
     template <class F>
     std::string Logged(F f) {
-        const std::string path =
-            ::testing::TempDir() + "formula_eq_log_" + std::to_string(++logCount) + ".txt";
-        std::remove(path.c_str());
-        PD_UTIL::DebugMode(3, path);
-        f();
-        PD_UTIL::DebugMode(0, "0");
-        std::ifstream in(path);
-        std::stringstream all;
-        all << in.rdbuf();
-        return all.str();
+        return CaptureCalcLog(f);
     }
 
     DeviceStrings dev;
     std::unique_ptr<PD_DATA> project;
     std::unique_ptr<PC_ENG> eng;
-    int logCount = 0;
 };
 
 TEST_F(FormulaEquations, LookUpAndBuiltInChoice) {

@@ -117,23 +117,13 @@ class FormulaModels : public ::testing::Test {
     // Runs f with the calculation log open and returns what it wrote.
     template <class F>
     std::string Logged(F f) {
-        const std::string path =
-            ::testing::TempDir() + "formula_log_" + std::to_string(++logCount) + ".txt";
-        std::remove(path.c_str());
-        PD_UTIL::DebugMode(3, path);
-        f();
-        PD_UTIL::DebugMode(0, "0");
-        std::ifstream in(path);
-        std::stringstream all;
-        all << in.rdbuf();
-        return all.str();
+        return CaptureCalcLog(f);
     }
 
     DeviceStrings dev;
     std::unique_ptr<PD_DATA> project;
     std::unique_ptr<PC_ENG> eng;
     Row names, values;
-    int logCount = 0;
 };
 
 // C 0.5 pF, 1.2 V, 50 MHz, 20 %, 100 elements, DPM 1.
