@@ -214,6 +214,8 @@ class PD_DATA {
     // False, with a message on the error stream, when the file can't be read.
     bool LoadBinFile(const char* path);
     bool LoadTxtFile(const char* path);
+    // Either form, told apart by PD_UTIL::IsBinaryFile.
+    bool LoadFile(const char* path);
     // Written to a temporary file and renamed over the target.
     bool SaveBinFile(const char* path) const;
     bool SaveTxtFile(const char* path) const;

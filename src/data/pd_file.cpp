@@ -93,6 +93,10 @@ bool PD_DATA::LoadBinFile(const char* path) {
     return ParseBinary(bytes, path);
 }
 
+bool PD_DATA::LoadFile(const char* path) {
+    return PD_UTIL::IsBinaryFile(path) ? LoadBinFile(path) : LoadTxtFile(path);
+}
+
 bool PD_DATA::SaveTxtFile(const char* path) const {
     return WriteFile(path, ToText());
 }

@@ -5,7 +5,10 @@
 
 #include "baspcengin.h"
 #include "baspcpanel/pc_text.h"
+#include "eng_text.h"
 #include "pd_util.h"
+
+using namespace pwc;
 
 namespace {
 
@@ -18,17 +21,6 @@ struct PanelCalculator {
 const PanelCalculator kPanelCalculators[] = {
     {"Logic Block", &PC_ENG::LogicBlockCalculation},
 };
-
-std::string CutSpeed(const char* speed) {
-    std::string s = speed ? speed : "";
-    size_t dash = s.find('-');
-    return dash == std::string::npos ? s : s.substr(dash + 1);
-}
-
-bool EnvIs(const char* name, const char* value) {
-    const char* v = std::getenv(name);
-    return v && std::strcmp(v, value) == 0;
-}
 
 }  // namespace
 

@@ -4,21 +4,12 @@
 
 #include "baspcengin.h"
 #include "baspcformula/formula_util.h"
+#include "eng_text.h"
 #include "pd_util.h"
 
+using namespace pwc;
+
 namespace {
-
-std::string Print20(double v) {
-    std::string text;
-    pwcformula::PrintFixedTo(text, v, 20);
-    return text;
-}
-
-std::string Print1(double v) {
-    std::string text;
-    pwcformula::PrintFixedTo(text, v, 1);
-    return text;
-}
 
 // "<head><row><middle><current> * <vcc> = <power>"
 void LogRowPower(const char* head, int row, const char* middle, double current, double vcc) {
@@ -156,8 +147,8 @@ void PC_ENG::RunPanelFrame(const PanelFrame& f) {
         const double iBias = (this->*f.biasUnused)(f.panel, unusedNames, unusedValues, supply);
         pBias += vcc * iBias * g;
         LogUnusedPower(f.biasUnusedLog, iBias, vcc);
-        total->SetValueAt(Print20(pLeak).c_str(), 0, unusedLeakCol);
-        total->SetValueAt(Print20(pBias).c_str(), 0, unusedBiasCol);
+        total->SetValueAt(PrintFixed(pLeak, 20).c_str(), 0, unusedLeakCol);
+        total->SetValueAt(PrintFixed(pBias, 20).c_str(), 0, unusedBiasCol);
     }
 
     const int rows = items->GetNumOfRows();
@@ -165,9 +156,9 @@ void PC_ENG::RunPanelFrame(const PanelFrame& f) {
     const double sLeak = GetTotalSumRowDData(items, leakCol, rows);
     const double sBias = GetTotalSumRowDData(items, biasCol, rows);
     const double sUnused = GetTotalRealRowButFirstSecondCol(total, 0);
-    total->SetValueAt(Print20(sUnused + sDyn + sLeak + sBias).c_str(), 0,
+    total->SetValueAt(PrintFixed(sUnused + sDyn + sLeak + sBias, 20).c_str(), 0,
                       total->GetColumnIndex("Total Pwr (W)"));
-    total->SetValueAt(Print20(sDyn).c_str(), 0, total->GetColumnIndex("Total Dyn. Pwr (W)"));
+    total->SetValueAt(PrintFixed(sDyn, 20).c_str(), 0, total->GetColumnIndex("Total Dyn. Pwr (W)"));
 }
 
 // ---- The made-up row of what the logic leaves free ----------------------
@@ -212,16 +203,18 @@ void PC_ENG::GetArrayOfColumnUnusedValuesLogic(PD_TABLE*, std::vector<std::strin
         return items ? GetTotalSumRowDData(items, items->GetColumnIndex(column), 0) : 0.0;
     };
     for (const UnusedCount& u : kLogicUnused)
-        values.push_back(Print1(DeviceHas(u.deviceKey) - used(u.column)));
-    values.push_back(Print1(DeviceHas("LUT") - used("# Logic LUTs") - 2 * used("# Dist. RAM") -
-                            2 * used("# Ripple Slices")));
+        values.push_back(PrintFixed(DeviceHas(u.deviceKey) - used(u.column), 1));
+    values.push_back(PrintFixed(DeviceHas("LUT") - used("# Logic LUTs") - 2 * used("# Dist. RAM") -
+                                    2 * used("# Ripple Slices"),
+                                1));
     for (const char* r : kRoutingUnused)
-        values.push_back(Print1(DeviceHas(r) - used((std::string("# ") + r).c_str())));
+        values.push_back(PrintFixed(DeviceHas(r) - used((std::string("# ") + r).c_str()), 1));
     for (const char* r : {"X1d", "X1f"}) {
         std::string has;
         const bool present = DeviceHas(r, has) != 0;
-        values.push_back(present ? Print1(std::strtod(has.c_str(), nullptr) -
-                                          used((std::string("# ") + r).c_str()))
+        values.push_back(present ? PrintFixed(std::strtod(has.c_str(), nullptr) -
+                                                  used((std::string("# ") + r).c_str()),
+                                              1)
                                  : "0");
     }
     values.push_back(GetVDPM("Vcc", "Voltage"));

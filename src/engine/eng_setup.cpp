@@ -6,6 +6,7 @@
 
 #include "baspcengin.h"
 #include "baspcpanel/pc_text.h"
+#include "eng_text.h"
 #include "pc_families.h"
 #include "pd_util.h"
 
@@ -15,13 +16,6 @@ namespace {
 
 void CopyDeviceString(char* dst, const char* src) {
     std::snprintf(dst, 256, "%s", src ? src : "");
-}
-
-// The speed grade keeps only what follows its first "-".
-std::string CutSpeed(const char* speed) {
-    std::string s = speed ? speed : "";
-    size_t dash = s.find('-');
-    return dash == std::string::npos ? s : s.substr(dash + 1);
 }
 
 bool Holds(const char* text, const char* part) {
@@ -77,10 +71,6 @@ void RemoveBankRows(PD_DATA* data, std::initializer_list<const char*> banks) {
             ++row;
         }
     }
-}
-
-bool LoadDataFile(PD_DATA* target, const char* path) {
-    return PD_UTIL::IsBinaryFile(path) ? target->LoadBinFile(path) : target->LoadTxtFile(path);
 }
 
 }  // namespace
@@ -242,7 +232,7 @@ bool PC_ENG::HelperSetupPowerData(PD_DATA* target, char* name) {
     const bool decisionD = bare == "rv7d00.pcf";
 
     PD_UTIL::GetFilenameRTF(name);
-    if (!LoadDataFile(target, name)) {
+    if (!target->LoadFile(name)) {
         std::cerr << name << " cannot be processed!" << std::endl;
         return false;
     }
@@ -331,7 +321,7 @@ bool PC_ENG::getPwrStatus(const std::string& family, const std::string& key, std
     std::snprintf(name, sizeof name, "%s.pwr", ArchNameOfFamily(family).c_str());
     PD_UTIL::GetFilenameRTF(name);
     PD_DATA data;
-    if (!LoadDataFile(&data, name)) {
+    if (!data.LoadFile(name)) {
         status.clear();
         dataValues.clear();
         return false;

@@ -8,6 +8,7 @@
 #include "baspcengin.h"
 #include "baspclator/pc_lator.h"
 #include "baspcpanel/pc_text.h"
+#include "eng_text.h"
 #include "pc_families.h"
 #include "pd_util.h"
 
@@ -412,9 +413,7 @@ std::string PC_ENG::GetKsupply(const std::string& supply) const {
 
 double PC_ENG::FindCorrectSupply(const std::string& supply, const std::vector<std::string>& names,
                                  const std::vector<std::string>& values) const {
-    if (supply == "VCC" && PC_LATOR::IsRegulatorBeingUsed(names, values))
-        return std::strtod(regulatedVcc.c_str(), nullptr);
-    if (supply == "VCCPLL" && !regulatedVccpll.empty())
-        return std::strtod(regulatedVccpll.c_str(), nullptr);
-    return std::strtod(PC_LATOR::FindValueUsingIndex(supply, names, values), nullptr);
+    if (supply == "VCC" && PC_LATOR::IsRegulatorBeingUsed(names, values)) return Num(regulatedVcc);
+    if (supply == "VCCPLL" && !regulatedVccpll.empty()) return Num(regulatedVccpll);
+    return Num(pwcformula::RowValue(supply, names, values));
 }

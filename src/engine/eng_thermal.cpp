@@ -6,26 +6,10 @@
 #include <cstring>
 
 #include "baspcengin.h"
+#include "eng_text.h"
 #include "pc_settling.h"
 
-namespace {
-
-std::string Format(const char* format, double v) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, format, v);
-    return buf;
-}
-
-double Num(const std::string& s) {
-    return std::strtod(s.c_str(), nullptr);
-}
-
-bool EnvIs(const char* name, const char* value) {
-    const char* v = std::getenv(name);
-    return v && std::strcmp(v, value) == 0;
-}
-
-}  // namespace
+using namespace pwc;
 
 std::string PC_ENG::GetMaxjuction(const std::string& key) const {
     auto* limits = dynamic_cast<PD_KEYSECT*>(pwrData->GetSection("MAX JUNCTION TEMP LIMITS"));
@@ -40,12 +24,12 @@ double PC_ENG::CalculatePassPower() {
 
 std::vector<double> PC_ENG::CalculateJunctionTillDiverge(double theta, double ambient) {
     double tj = CalculatePassPower() * theta + ambient;
-    JunctionTemperature = Format("%.2lf", tj);
+    JunctionTemperature = PrintFixed(tj, 2);
     pwc::JunctionSettling test(ambient);
     bool approaching = test.Apply(tj);
     while (!test.Within(-1.0, 1.0) && approaching) {
         tj = CalculatePassPower() * theta + ambient;
-        JunctionTemperature = Format("%.2lf", tj);
+        JunctionTemperature = PrintFixed(tj, 2);
         approaching = test.Apply(tj);
     }
     if (!approaching) return {1.0, ambient, ambient};
@@ -60,21 +44,21 @@ void PC_ENG::CalculateJunctionTemp() {
     const double ambient = Num(AmbientTemperature);
     const double theta = Num(ThetaJA);
     const double maxJ = Num(maxJText);
-    JunctionTemperature = Format("%.2lf", maxJ);
+    JunctionTemperature = PrintFixed(maxJ, 2);
     const double p0 = CalculatePassPower();
     const double safe0 = maxJ - theta * p0;
-    MaxSafeAmbient = Format("%.2lf", safe0);
-    JunctionTemperature = Format("%.2lf", maxJ + 0.5);
+    MaxSafeAmbient = PrintFixed(safe0, 2);
+    JunctionTemperature = PrintFixed(maxJ + 0.5, 2);
     if (SingleSafeAmbientPass) return;
 
     const double p1 = CalculatePassPower();
     const double slope = (maxJ + 0.5 - maxJ) / (p1 - p0);
     if (slope >= theta) {
-        MaxSafeAmbient = Format("%.2lf", safe0);
+        MaxSafeAmbient = PrintFixed(safe0, 2);
     } else {
         // The design may run away: the search costs passes, but the one-step
         // estimate above stays what is reported.
-        JunctionTemperature = Format("%.2lf", ambient);
+        JunctionTemperature = PrintFixed(ambient, 2);
         const bool diverged = CalculateJunctionTillDiverge(theta, ambient)[0] == 1.0;
         const double step = 63.0;
         double answer = 0.0;
@@ -82,7 +66,7 @@ void PC_ENG::CalculateJunctionTemp() {
         int k = 0;
         bool found = false;
         for (;;) {
-            JunctionTemperature = Format("%.2lf", t);
+            JunctionTemperature = PrintFixed(t, 2);
             const bool trialDiverged = CalculateJunctionTillDiverge(theta, t)[0] == 1.0;
             if (trialDiverged != diverged) {
                 found = true;
@@ -98,7 +82,7 @@ void PC_ENG::CalculateJunctionTemp() {
             double low = ambient > t ? t : t - step;
             while (high > low) {
                 const double mid = 0.5 * (low + high);
-                JunctionTemperature = Format("%.2lf", mid);
+                JunctionTemperature = PrintFixed(mid, 2);
                 std::vector<double> r = CalculateJunctionTillDiverge(theta, mid);
                 answer = r[1];
                 if (r[0] == 1.0) {
@@ -110,12 +94,12 @@ void PC_ENG::CalculateJunctionTemp() {
                 }
             }
         }
-        JunctionTemperature = Format("%.2lf", answer);
+        JunctionTemperature = PrintFixed(answer, 2);
     }
 
-    JunctionTemperature = Format("%.2lf", ambient);
+    JunctionTemperature = PrintFixed(ambient, 2);
     double tj = CalculatePassPower() * theta + ambient;
-    JunctionTemperature = Format("%.2lf", tj);
+    JunctionTemperature = PrintFixed(tj, 2);
     bool runaway = Num(MaxSafeAmbient) < 0.0;
     pwc::JunctionSettling test(ambient);
     for (;;) {
@@ -123,18 +107,18 @@ void PC_ENG::CalculateJunctionTemp() {
         // Asymmetric band: only a tenth of a percent upward.
         if (test.Within(-1.0, 0.1) || runaway) break;
         tj = CalculatePassPower() * theta + ambient;
-        JunctionTemperature = Format("%.2lf", tj);
+        JunctionTemperature = PrintFixed(tj, 2);
     }
     CalculatePassPower();
 
     if (EnvIs("VRL_PWC_HIGHTEMP", "1"))
-        JunctionTemperature = Format("%.2lf", tj);
+        JunctionTemperature = PrintFixed(tj, 2);
     else if (runaway)
         JunctionTemperature = "125++";
     else if (tj > 125.0)
         JunctionTemperature = "125+";
     else
-        JunctionTemperature = Format("%.2lf", tj);
+        JunctionTemperature = PrintFixed(tj, 2);
     JunctionDone = 1;
 }
 
@@ -142,18 +126,18 @@ double PC_ENG::CalculateJunctionByGivenAmbProcSupply(const std::string& process,
                                                      const std::string& supply, double voltage) {
     JunctionDone = 0;
     const double theta = Num(ThetaJA);
-    JunctionTemperature = Format("%.4f", ambient);
+    JunctionTemperature = PrintFixed(ambient, 4);
     SetProcessType(process.c_str());
     const std::string remembered = GetVDPM(supply, "Voltage");
     updataVDPM(voltage, supply);
     ResetConstants();
 
     double tj = CalculatePassPower() * theta + ambient;
-    JunctionTemperature = Format("%.4f", tj);
+    JunctionTemperature = PrintFixed(tj, 4);
     pwc::JunctionSettling test(ambient);
     while (test.Apply(tj) && !test.Within(-1.0, 1.0)) {
         tj = CalculatePassPower() * theta + ambient;
-        JunctionTemperature = Format("%.4f", tj);
+        JunctionTemperature = PrintFixed(tj, 4);
     }
     CalculatePassPower();
     JunctionDone = 1;

@@ -6,7 +6,10 @@
 
 #include "baspcengin.h"
 #include "baspcpanel/pc_text.h"
+#include "eng_text.h"
 #include "pc_families.h"
+
+using namespace pwc;
 
 namespace {
 
@@ -17,16 +20,6 @@ const std::vector<std::string> kHeatSinks = {"No Heat Sink", "Low Profile Heat S
                                              "Custom Profile Heat Sink"};
 const std::vector<std::string> kAirFlows = {"0 LFM", "200 LFM", "500 LFM"};
 const char* kCustomSink = "Custom Profile Heat Sink";
-
-std::string Format2(double v) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.2lf", v);
-    return buf;
-}
-
-double Num(const std::string& s) {
-    return std::strtod(s.c_str(), nullptr);
-}
 
 bool Contains(const std::vector<std::string>& list, const std::string& s) {
     for (const std::string& x : list)
@@ -112,7 +105,7 @@ int PC_ENG::GetNewFormatThetaJA() {
     }
     // For a custom sink the column holds a conductance.
     const double jc = Num(GetTheta(key, "Theta JC"));
-    ThetaJA = Format2(1.0 / (1.0 / (jc + Num(ThetaSACustom)) + Num(text)));
+    ThetaJA = PrintFixed(1.0 / (1.0 / (jc + Num(ThetaSACustom)) + Num(text)), 2);
     return 1;
 }
 
@@ -121,7 +114,7 @@ void PC_ENG::ReadThetaColumn(std::string& member, const std::string& userSet,
     if (userSet == "Yes") return;
     std::string v = GetTheta(ThetaDeviceKey(), column);
     if (v.empty()) v = "1";
-    member = Format2(Num(v));
+    member = PrintFixed(Num(v), 2);
 }
 
 void PC_ENG::ProcessThetaJC() {
@@ -145,7 +138,7 @@ void PC_ENG::ProcessThetaBA() {
     std::string v = GetTheta(ThetaDeviceKey(), column);
     if (v == "0") v = GetTheta(ThetaDeviceKey(), "Small PCB");
     if (v.empty()) v = "1";
-    ThetaBA = Format2(Num(v));
+    ThetaBA = PrintFixed(Num(v), 2);
 }
 
 void PC_ENG::ProcessThetaSA() {
@@ -185,18 +178,19 @@ void PC_ENG::ProcessTheta() {
     } else if (jedec && sink) {
         ProcessThetaJC();
         ProcessThetaSA();
-        ThetaJA = Format2(Num(ThetaJC) + sinkToAir());
+        ThetaJA = PrintFixed(Num(ThetaJC) + sinkToAir(), 2);
     } else if (pcb && noSink) {
         ProcessThetaJA();
         ProcessThetaJB();
         ProcessThetaBA();
-        ThetaJA = Format2(AddInParallel(Num(ThetaJAModel), Num(ThetaJB) + Num(ThetaBA)));
+        ThetaJA = PrintFixed(AddInParallel(Num(ThetaJAModel), Num(ThetaJB) + Num(ThetaBA)), 2);
     } else if (pcb && sink) {
         ProcessThetaJC();
         ProcessThetaJB();
         ProcessThetaBA();
         ProcessThetaSA();
-        ThetaJA = Format2(AddInParallel(Num(ThetaJC) + sinkToAir(), Num(ThetaJB) + Num(ThetaBA)));
+        ThetaJA =
+            PrintFixed(AddInParallel(Num(ThetaJC) + sinkToAir(), Num(ThetaJB) + Num(ThetaBA)), 2);
     }
     ThetaUserDefined = "No";
 }

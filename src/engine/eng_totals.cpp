@@ -8,22 +8,13 @@
 
 #include "baspcengin.h"
 #include "baspcformula/formula_util.h"
+#include "eng_text.h"
 #include "pc_families.h"
 #include "pd_util.h"
 
 using namespace pwc;
 
 namespace {
-
-double Num(const char* s) {
-    return pwcformula::ToNumber(s, std::strlen(s));
-}
-
-std::string Print20(double v) {
-    std::string text;
-    pwcformula::PrintFixedTo(text, v, 20);
-    return text;
-}
 
 // Where a block's dynamic power on a supply is read.
 enum class Dyn {
@@ -161,22 +152,20 @@ BlockPower TermPower(PC_PANEL* panel, const SupplyTerm& term, const std::string&
     PD_TABLE* total = items.empty() ? nullptr : items.back();
     if (!items.empty()) items.pop_back();
     BlockPower p;
+    const double unused = Row0(total, "Unused Leakage " + tag + " Pwr (W)") +
+                          Row0(total, "Unused DCbias " + tag + " Pwr (W)");
+    const double totals = Row0(total, "Total Leakage " + tag + " Pwr (W)") +
+                          Row0(total, "Total DCbias " + tag + " Pwr (W)");
     switch (term.sta) {
         case Static::Items:
             p.sta = SumColumn(items, "Leakage " + tag + " Pwr (W)") +
-                    SumColumn(items, "DCbias " + tag + " Pwr (W)") +
-                    Row0(total, "Unused Leakage " + tag + " Pwr (W)") +
-                    Row0(total, "Unused DCbias " + tag + " Pwr (W)");
+                    SumColumn(items, "DCbias " + tag + " Pwr (W)") + unused;
             break;
         case Static::EfbTotals:
-            p.sta = Row0(total, "Total Leakage " + tag + " Pwr (W)") +
-                    Row0(total, "Unused Leakage " + tag + " Pwr (W)") +
-                    Row0(total, "Total DCbias " + tag + " Pwr (W)") +
-                    Row0(total, "Unused DCbias " + tag + " Pwr (W)");
+            p.sta = totals + unused;
             break;
         case Static::TotalsOnly:
-            p.sta = Row0(total, "Total Leakage " + tag + " Pwr (W)") +
-                    Row0(total, "Total DCbias " + tag + " Pwr (W)");
+            p.sta = totals;
             break;
     }
     // The banks' own columns hold no switching power of the I/O rows.
@@ -270,12 +259,12 @@ void PC_ENG::CalculateTotalPower() {
         auto it = supplyPower.find(supply);
         if (it == supplyPower.end()) continue;
         if (supply != "Vcc" && supply != "Vccaux" && !HasSupply(supply)) continue;
-        power->SetValueAt(Print20(it->second.sta).c_str(), r, 0);
-        power->SetValueAt(Print20(it->second.dyn).c_str(), r, 1);
+        power->SetValueAt(PrintFixed(it->second.sta, 20).c_str(), r, 0);
+        power->SetValueAt(PrintFixed(it->second.dyn, 20).c_str(), r, 1);
         const double volts = Num(vdpm->GetValueAt(r, 1));
         if (volts == 0.0) continue;
-        current->SetValueAt(Print20(it->second.sta / volts).c_str(), r, 0);
-        current->SetValueAt(Print20(it->second.dyn / volts).c_str(), r, 1);
+        current->SetValueAt(PrintFixed(it->second.sta / volts, 20).c_str(), r, 0);
+        current->SetValueAt(PrintFixed(it->second.dyn / volts, 20).c_str(), r, 1);
         for (const auto& b : perBlock[supply])
             SaveStaTable(supply, b.second / volts, b.first, currentMatrix);
     }
@@ -287,7 +276,7 @@ void PC_ENG::CalculateTotalPower() {
             bool write = rule.row == BlockRow::Always;
             if (rule.row == BlockRow::IfDeviceHas) write = DeviceHas(rule.deviceKey) != 0.0;
             if (rule.row == BlockRow::IfPanelExists) write = blockValue.count(rule.block) > 0;
-            if (write) block->SetValueAt(Print20(blockValue[rule.block]).c_str(), r, 1);
+            if (write) block->SetValueAt(PrintFixed(blockValue[rule.block], 20).c_str(), r, 1);
         }
     }
 
@@ -299,12 +288,13 @@ void PC_ENG::CalculateTotalPower() {
     block->SetValueAt("0.0", block->GetNumOfRows() - 1, 1);
     for (PD_TABLE* t : {current, power})
         for (int r = 0; r < t->GetNumOfRows(); ++r)
-            t->SetValueAt(Print20(GetTotalRowButLastCol(t, r)).c_str(), r, 2);
+            t->SetValueAt(PrintFixed(GetTotalRowButLastCol(t, r), 20).c_str(), r, 2);
     const double blockTotal = GetTotalSumRowDData(block, 1, block->GetNumOfRows());
     for (PD_TABLE* t : {current, power})
         for (int c = 0; c < 3; ++c)
-            t->SetValueAt(Print20(GetTotalSumRowDData(t, c, t->GetNumOfRows())).c_str(), last, c);
-    block->SetValueAt(Print20(blockTotal).c_str(), block->GetNumOfRows() - 1, 1);
+            t->SetValueAt(PrintFixed(GetTotalSumRowDData(t, c, t->GetNumOfRows()), 20).c_str(),
+                          last, c);
+    block->SetValueAt(PrintFixed(blockTotal, 20).c_str(), block->GetNumOfRows() - 1, 1);
 
     DataValuePrecisionAdjustment();
     GetTotalStaTableCount(powerMatrix);

@@ -6,21 +6,12 @@
 
 #include "baspcengin.h"
 #include "baspcpanel/pc_text.h"
+#include "eng_text.h"
 #include "pc_families.h"
 
 using namespace pwc;
 
 namespace {
-
-double Num(const char* s) {
-    return std::strtod(s, nullptr);
-}
-
-std::string Print20(double v) {
-    char buf[512];
-    std::snprintf(buf, sizeof buf, "%.20lf", v);
-    return buf;
-}
 
 struct IoSupplyRow {
     const char* row;
@@ -179,14 +170,14 @@ void PC_ENG::SetIOVccioVttRows(bool dynamic) {
         }
         if (row < 0) continue;
         const int column = dynamic ? 1 : 0;
-        power->SetValueAt(Print20(watts).c_str(), row, column);
+        power->SetValueAt(PrintFixed(watts, 20).c_str(), row, column);
         const double volts = dynamic && isVtt ? vtt165 : Num(vdpm->GetValueAt(row, 1));
         if (volts == 0.0) continue;
         if (dynamic)
             ioDynamicCurrent[s.row] = watts / volts;
         else
             ioStaticCurrent[std::string(s.row) == "Vtt 0.9" ? "Vtt 0.0" : s.row] = watts / volts;
-        current->SetValueAt(Print20(watts / volts).c_str(), row, column);
+        current->SetValueAt(PrintFixed(watts / volts, 20).c_str(), row, column);
     }
 }
 

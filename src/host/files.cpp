@@ -58,8 +58,7 @@ std::unique_ptr<PD_DATA> LoadDataFile(const std::string& path, const std::string
         throw UsageError(what + " '" + path + "' cannot be read");
     auto data = std::make_unique<PD_DATA>();
     RunLogCapture capture;
-    const bool ok = PD_UTIL::IsBinaryFile(path.c_str()) ? data->LoadBinFile(path.c_str())
-                                                        : data->LoadTxtFile(path.c_str());
+    const bool ok = data->LoadFile(path.c_str());
     if (!ok) {
         std::string reason = capture.FirstLine();
         throw UsageError(what + " '" + path + "' is not a valid data file" +

@@ -46,10 +46,6 @@ bool Listed(const char* const* items, const std::string& item) {
     return false;
 }
 
-double TextNumber(const std::string& text) {
-    return ToNumber(text);
-}
-
 // fixed(value, precision) gives the "%.<precision>lf" text.
 template <typename Fixed>
 // An item that gives no block coefficient binds the text "0".
@@ -83,7 +79,7 @@ double PC_ENG::BiasEquation(BiasKind kind, const std::string& equationSection,
         // Pre- and post-emphasis of the SERDES driver, already in amperes.
         if (kind == BiasKind::Used && supply == "VCCHTX" && block == "SERDES IO" && item == "TX") {
             const std::string& lpre = RowValue("LPRE_TOTAL", names, values);
-            if (!lpre.empty()) d += TextNumber(lpre);
+            if (!lpre.empty()) d += ToNumber(lpre);
         }
         BindBias(*variables, form, d, listed, count, boundValues,
                  [this](double v, int p) -> const std::string& { return PrintFixed(v, p); });

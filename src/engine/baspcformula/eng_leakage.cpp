@@ -68,10 +68,6 @@ char CoefficientLetter(const std::string& name, const char* tail) {
     return std::strcmp(name.c_str() + 2, tail) == 0 ? name[1] : 0;
 }
 
-double TextNumber(const std::string& text) {
-    return ToNumber(text);
-}
-
 }  // namespace
 
 // ---- The kinds ------------------------------------------------------------------------------
@@ -125,7 +121,7 @@ double PC_ENG::GetIccLeakAt(const std::string& equationSection, const std::strin
                         const std::string& item, const std::string& column,                    \
                         const std::string& label, const std::string& supply, const Row& names, \
                         const Row& values) {                                                   \
-        const double count = TextNumber(RowValue(column, names, values));                      \
+        const double count = ToNumber(RowValue(column, names, values));                        \
         return NAME(equationSection, block, item, count, label, supply, names, values);        \
     }
 PWC_LEAK_COLUMN_OVERLOAD(GetIccLeak)
@@ -175,7 +171,7 @@ double PC_ENG::LeakEquation(LeakKind kind, const std::string& equationSection,
                 if (l == 'A') number *= kMicro;
                 out = PrintFixed(number, 20);
             } else if (Is(v, "T")) {
-                out = PrintFixed(TextNumber(tj), 20);
+                out = PrintFixed(ToNumber(tj), 20);
             } else if (v == form.countName) {
                 out = PrintFixed(count, 2);
             } else if (Is(v, "e")) {
@@ -195,9 +191,9 @@ double PC_ENG::LeakHardCoded(LeakKind kind, const std::string& block, const std:
                              double count, const std::string& label, const std::string& supply,
                              const Row& names, const Row& values) {
     const LeakForm& form = kLeakForms[static_cast<int>(kind)];
-    const double k = TextNumber(GetKsupply(supply));
-    const double x = TextNumber(ProcessXText(names, values));
-    const double t = TextNumber(RowValue("TJ", names, values));
+    const double k = ToNumber(GetKsupply(supply));
+    const double x = ToNumber(ProcessXText(names, values));
+    const double t = ToNumber(RowValue("TJ", names, values));
     auto coefficient = [&](const char* letter) {
         return FindCoefficient(supply, block, item, "", letter).number;
     };

@@ -158,18 +158,22 @@ std::string_view FindInVectors(std::string_view name, const std::vector<std::str
     return {};
 }
 
+// A piece against a zero-terminated name. Pieces hold no NUL, so the walk
+// stops at the candidate's end at the latest.
+bool SameName(std::string_view name, const char* candidate) {
+    std::size_t k = 0;
+    while (k < name.size() && candidate[k] == name[k]) ++k;
+    return k == name.size() && candidate[k] == '\0';
+}
+
 std::string_view FindInArrays(std::string_view name, const char* const* names,
                               const char* const* values, int count) {
     if (names == nullptr || values == nullptr) return {};
     for (int i = 0; i < count; ++i) {
         const char* candidate = names[i];
         if (candidate == nullptr) continue;
-        // Pieces hold no NUL, so the walk stops at the candidate's end at the latest.
-        std::size_t k = 0;
-        while (k < name.size() && candidate[k] == name[k]) ++k;
-        if (k == name.size() && candidate[k] == '\0') {
+        if (SameName(name, candidate))
             return values[i] ? std::string_view(values[i]) : std::string_view();
-        }
     }
     return {};
 }
@@ -266,11 +270,8 @@ class ArrayRow {
         for (int i = index.First(key); i >= 0; i = index.Next(i)) {
             const char* candidate = names[i];
             if (candidate == nullptr) continue;
-            std::size_t k = 0;
-            while (k < name.size() && candidate[k] == name[k]) ++k;
-            if (k == name.size() && candidate[k] == '\0') {
+            if (SameName(name, candidate))
                 return values[i] ? std::string_view(values[i]) : std::string_view();
-            }
         }
         return {};
     }
