@@ -764,7 +764,6 @@ class PC_ENG {
     std::string debugLogText;
 
     // Supplies.
-    std::vector<_SUPPLY> supplies;
     std::map<std::string, std::vector<_SUPPLY>> supplyCategory;
     std::set<std::string> supplyCategoryNames;
     std::vector<std::string> kValues;  // parallel to KConstants()
