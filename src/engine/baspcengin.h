@@ -564,7 +564,7 @@ class PC_ENG {
                                       const std::string& item, const std::string& sub,
                                       const std::string& letter, CoefficientNote& note);
     // What the models read from the .pwr and .pqn data, kept while one tab is
-    // calculated (RunPanelFrame turns them on and empties them at both ends):
+    // calculated (a ModelCacheScope turns them on and empties them at both ends):
     // nothing edits the data files during a tab, while edits between calls
     // outside a tab must count. Temperature and cell values are never kept.
     struct ModelCaches {
@@ -578,6 +578,21 @@ class PC_ENG {
         void Clear();
     };
     ModelCaches caches;
+    // Turns the caches on for the length of one tab and empties them at both
+    // ends; a tab's calculator holds one.
+    struct ModelCacheScope {
+        ModelCaches& caches;
+        explicit ModelCacheScope(ModelCaches& c) : caches(c) {
+            caches.Clear();
+            caches.on = true;
+        }
+        ~ModelCacheScope() {
+            caches.on = false;
+            caches.Clear();
+        }
+        ModelCacheScope(const ModelCacheScope&) = delete;
+        ModelCacheScope& operator=(const ModelCacheScope&) = delete;
+    };
     Coefficient coefficientScratch;
     // GetProcessX and GetKsupply without the copy.
     const std::string& ProcessXText(const Row& names, const Row& values);
@@ -600,7 +615,7 @@ class PC_ENG {
   public:
     // ---- end of current models -------------------------------------------
 
-    // ---- Tab calculators (eng_logic.cpp, ...) ----------------------------
+    // ---- The calculator frame (eng_frame.cpp) ----------------------------
     // A process member: the current of a row on a supply, in amperes.
     using ProcessMember = double (PC_ENG::*)(const std::string& panel,
                                              const std::vector<std::string>& names,
@@ -611,35 +626,91 @@ class PC_ENG {
         const char* head;
         const char* middle;
     };
-    // What distinguishes one tab's calculator from another: its panel, the
-    // section whose VCC/VCCPG supplies it loops over, its process members,
-    // its unused-row builders and its log words.
+    // When a supply pass runs: always, when the summary has its voltage
+    // supply, or when its `.pwr` section lists its member supply.
+    enum class PassIf { Always, HasSupply, SectionHasSupply };
+    // One supply of a tab's rows: which members give its currents, at which
+    // voltage they become watts, and the columns they go to. A pass with no
+    // fixed supply loops over "VCC" and "VCCPG" of its section (a VCCPG
+    // current counts nothing in sleep), writing the running sums each time.
+    struct SupplyPass {
+        const char* supply;   // member supply; null: the section's VCC/VCCPG list
+        const char* section;  // `.pwr` section of that list and of SectionHasSupply
+        const char* voltage;  // summary supply whose "Voltage" multiplies
+        PassIf runIf;
+        bool updateDpm;                 // refresh the supply's DPM before the pass
+        ProcessMember dyn, leak, bias;  // rows; null: no such current
+        const char* dynColumn;
+        const char* leakColumn;
+        const char* biasColumn;
+        RowLog dynLog, leakLog, biasLog;
+    };
+    // The device-wide row of what the design leaves free, on one supply.
+    struct UnusedPass {
+        const char* supply;
+        const char* section;
+        const char* voltage;
+        PassIf runIf;
+        ProcessMember leak, bias;
+        const char* leakColumn;  // of the panel's last table, row 0
+        const char* biasColumn;
+        const char* leakLog;
+        const char* biasLog;
+    };
+    struct TableFrame {
+        const char* table;        // by name; null: the panel's table 0
+        const char* memberPanel;  // the name the members are given; null: the panel's
+        std::vector<SupplyPass> passes;
+    };
+    // "Dyn. Pwr (W)" of a row: not written, a copy of the first pass's
+    // column, or the sum of the passes' columns.
+    enum class PlainDyn { None, CopyFirst, SumPasses };
+    // What sets one tab's calculator apart from another: its panel and
+    // tables, their supply passes, the unused row and its passes.
     struct PanelFrame {
         const char* panel;
-        const char* section;
-        ProcessMember dyn, leakUsed, biasUsed, leakUnused, biasUnused;
-        UnusedBuilder unusedNames, unusedValues;
-        RowLog dynLog, leakLog, biasLog;
-        const char* leakUnusedLog;
-        const char* biasUnusedLog;
-        bool copyDynamic;  // "Dyn. Pwr (W)" repeats "Dyn. VCC Pwr (W)"
+        std::vector<TableFrame> tables;
+        UnusedBuilder unusedNames, unusedValues;  // null: no unused row
+        std::vector<UnusedPass> unused;
+        PlainDyn plainDyn;
     };
+    // Rows, unused row and totals of a tab.
     void RunPanelFrame(const PanelFrame& frame);
-    static const PanelFrame& LogicFrame();
-    void LogicBlockCalculation();
+    // The pieces, for the tabs that add their own steps between them.
+    void RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<SupplyPass>& passes,
+                      PlainDyn plainDyn);
+    void RunFrameUnused(const char* panel, PD_TABLE* total, UnusedBuilder names,
+                        UnusedBuilder values, const std::vector<UnusedPass>& passes);
+    // "Total Dyn. Pwr (W)" and "Total Pwr (W)" of the total table: the sums
+    // of the passes' columns over the item tables, plus the total table's
+    // own columns from the third on. Returns the dynamic sum.
+    double FrameTotals(
+        const std::vector<std::pair<PD_TABLE*, const std::vector<SupplyPass>*>>& items,
+        PD_TABLE* total);
     // "VCC" and "VCCPG" among the supplies of a `.pwr` section, in file order.
     std::vector<std::string> PwrSectionHasVccVccpg(const std::string& section) const;
+    bool PwrSectionHasSupply(const std::string& section, const std::string& supply) const;
+
+    // ---- Logic tab (eng_logic.cpp) -----------------------------------------
+    static const PanelFrame& LogicFrame();
+    void LogicBlockCalculation();
     void GetArrayOfColumnUnusedNamesLogic(PD_TABLE* total, std::vector<std::string>& names);
     void GetArrayOfColumnUnusedValuesLogic(PD_TABLE* total, std::vector<std::string>& values);
 
-    // ---- Banks and I/O (eng_banks.cpp, eng_io.cpp) -----------------------
+    // ---- Banks (eng_banks.cpp) ---------------------------------------------
     void SetBankInformation();
     void BankDo();
-    void IOtermDo();
+
+    // ---- I/O standards (eng_io_types.cpp) ----------------------------------
     int IotypeDesignRulecheck();
     // 1 when the type is on the device's list of that kind: "Input",
     // "Output" or "Bidir".
     int IsOnTheListCompare(const std::string& kind, const std::string& type) const;
+
+    // ---- I/O and termination tabs (eng_io.cpp) -----------------------------
+    void IoCalculation();
+    void IoTermCalculation();
+    void IOtermDo();
 
     // ---- Device limits (eng_limits.cpp) ----------------------------------
     int DeviceHas(const std::string& key, std::string& value);
@@ -654,8 +725,27 @@ class PC_ENG {
     PD_DATA* NewDevicePgt = nullptr;
     std::string NewDeviceInfo[7];
 
-    // ---- Always-on blocks (eng_misc.cpp) ---------------------------------
+    // ---- Clocks tab (eng_clocks.cpp) ---------------------------------------
+    void ClockCalculation();
+
+    // ---- Block RAM tab (eng_blockram.cpp) ----------------------------------
+    void BlockRamCalculation();
+
+    // ---- PLL and DLL family tabs (eng_pll.cpp) -----------------------------
+    void PLLCalculation();
+    void DLLCalculation();
+    void DQSDLLCalculation();
+    void DDRDLLCalculation();
+    void DQSCalculation();
+    void DLLDELCalculation();
+    void ESBCalculation();
+
+    // ---- Misc tab and the always-on blocks (eng_misc.cpp) --------------------
+    void MiscCalculation();
     void setBandgapControllert();
+
+    // ---- EFB tab (eng_efb.cpp) ---------------------------------------------
+    void EFBCalculation();
 
     // ---- Estimation (baspcestimode/eng_estimation.cpp) -------------------
     void ResetHidenDataAll();

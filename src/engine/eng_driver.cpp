@@ -20,6 +20,19 @@ struct PanelCalculator {
 
 const PanelCalculator kPanelCalculators[] = {
     {"Logic Block", &PC_ENG::LogicBlockCalculation},
+    {"Clocks", &PC_ENG::ClockCalculation},
+    {"I/O", &PC_ENG::IoCalculation},
+    {"I/O Term", &PC_ENG::IoTermCalculation},
+    {"Block RAM", &PC_ENG::BlockRamCalculation},
+    {"PLL", &PC_ENG::PLLCalculation},
+    {"DLL", &PC_ENG::DLLCalculation},
+    {"DQSDLL", &PC_ENG::DQSDLLCalculation},
+    {"DDRDLL", &PC_ENG::DDRDLLCalculation},
+    {"DQS", &PC_ENG::DQSCalculation},
+    {"DLLDEL", &PC_ENG::DLLDELCalculation},
+    {"ESB", &PC_ENG::ESBCalculation},
+    {"Misc", &PC_ENG::MiscCalculation},
+    {"EFB", &PC_ENG::EFBCalculation},
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
-// The always-on device blocks of the "Misc" tab.
+// The "Misc" tab and the always-on device blocks.
 #include "baspcengin.h"
 
-// The bandgap controller follows the "Misc" tab, which has no calculator yet.
+// Placeholders until the always-on blocks calculate.
+void PC_ENG::MiscCalculation() {}
 void PC_ENG::setBandgapControllert() {}

@@ -1,0 +1,248 @@
+// The calculator frame every tab shares: the rows by supply passes, the
+// device-wide row of what the design leaves free, and the tab's totals.
+#include <cstdio>
+#include <cstdlib>
+
+#include "baspcengin.h"
+#include "baspcformula/formula_util.h"
+#include "eng_text.h"
+#include "pd_util.h"
+
+using namespace pwc;
+
+namespace {
+
+// "<head><row><middle><current> * <volts> = <power>"
+void LogRowPower(const PC_ENG::RowLog& log, int row, double current, double volts) {
+    if (!PD_UTIL::IsCalcLogOpen() || !log.head) return;
+    char buf[512];
+    std::snprintf(buf, sizeof buf, "%s%d%s%g%s%g%s%g\n", log.head, row, log.middle, current, " * ",
+                  volts, " = ", current * volts);
+    PD_UTIL::FCprintln(buf);
+}
+
+void LogUnusedPower(const char* head, double current, double volts) {
+    if (!PD_UTIL::IsCalcLogOpen() || !head) return;
+    char buf[512];
+    std::snprintf(buf, sizeof buf, "%s%g%s%g%s%g\n", head, current, " * ", volts, " = ",
+                  current * volts);
+    PD_UTIL::FCprintln(buf);
+}
+
+int ColumnOf(PD_TABLE* table, const char* column) {
+    return column ? table->GetColumnIndex(column) : -1;
+}
+
+void AddOnce(std::vector<int>& columns, int column) {
+    if (column < 0) return;
+    for (int c : columns)
+        if (c == column) return;
+    columns.push_back(column);
+}
+
+}  // namespace
+
+std::vector<std::string> PC_ENG::PwrSectionHasVccVccpg(const std::string& section) const {
+    std::vector<std::string> list;
+    auto* pwr = dynamic_cast<PD_PWRSECT*>(pwrData->GetSection(section.c_str()));
+    if (!pwr) return list;
+    for (const std::string& s : pwr->supplies)
+        if (s == "VCC" || s == "VCCPG") list.push_back(s);
+    return list;
+}
+
+bool PC_ENG::PwrSectionHasSupply(const std::string& section, const std::string& supply) const {
+    auto* pwr = dynamic_cast<PD_PWRSECT*>(pwrData->GetSection(section.c_str()));
+    if (!pwr) return false;
+    for (const std::string& s : pwr->supplies)
+        if (s == supply) return true;
+    return false;
+}
+
+namespace {
+
+// The member supplies of a pass, and the voltage that turns them into watts.
+struct PassSetup {
+    bool runs = false;
+    std::vector<std::string> supplies;
+    double volts = 0.0;
+};
+
+// Whether a pass runs, on which supplies, at which voltage.
+PassSetup SetUpPass(const PC_ENG& eng, const char* supply, const char* section, const char* voltage,
+                    PC_ENG::PassIf runIf) {
+    PassSetup s;
+    switch (runIf) {
+        case PC_ENG::PassIf::Always:
+            s.runs = true;
+            break;
+        case PC_ENG::PassIf::HasSupply:
+            s.runs = eng.HasSupply(voltage);
+            break;
+        case PC_ENG::PassIf::SectionHasSupply:
+            s.runs = eng.PwrSectionHasSupply(section, supply ? supply : "");
+            break;
+    }
+    if (!s.runs) return s;
+    if (supply)
+        s.supplies.push_back(supply);
+    else
+        s.supplies = eng.PwrSectionHasVccVccpg(section);
+    s.volts = Num(eng.GetVDPMCategory(voltage, "Voltage", "-1"));
+    return s;
+}
+
+}  // namespace
+
+void PC_ENG::RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<SupplyPass>& passes,
+                          PlainDyn plainDyn) {
+    if (!items) return;
+    struct Active {
+        const SupplyPass* pass;
+        PassSetup setup;
+        int dynCol, leakCol, biasCol;
+    };
+    std::vector<Active> active;
+    for (const SupplyPass& p : passes) {
+        PassSetup setup = SetUpPass(*this, p.supply, p.section, p.voltage, p.runIf);
+        if (!setup.runs) continue;
+        if (p.updateDpm) {
+            // The voltage as the DPM refresh reads it, for the device-wide bank.
+            std::vector<std::string> voltages;
+            std::string dpm;
+            UpdateDPM(p.voltage, {"-1"}, voltages, &dpm);
+            setup.volts = Num(voltages.front());
+        }
+        active.push_back({&p, std::move(setup), ColumnOf(items, p.dynColumn),
+                          ColumnOf(items, p.leakColumn), ColumnOf(items, p.biasColumn)});
+    }
+    const int plainCol = items->GetColumnIndex("Dyn. Pwr (W)");
+    std::vector<int> dynColumns;
+    for (const Active& a : active) AddOnce(dynColumns, a.dynCol);
+    // The power-gated supply is off in sleep; its currents are still worked out.
+    auto gate = [this](const std::string& supply) {
+        return supply == "VCCPG" && powerMode == 1 ? 0.0 : 1.0;
+    };
+
+    int count = 0;
+    const std::vector<std::string> names = GetArrayOfColumnNames(items, &count);
+    std::vector<std::string> values;
+    std::string cell;
+    for (int row = 0; row < items->GetNumOfRows(); ++row) {
+        FillArrayOfColumnValues(items, row, values);
+        InitConstants(names, values);
+        for (size_t k = 0; k < active.size(); ++k) {
+            const SupplyPass& p = *active[k].pass;
+            const double volts = active[k].setup.volts;
+            double sums[3] = {0.0, 0.0, 0.0};
+            const ProcessMember members[3] = {p.dyn, p.leak, p.bias};
+            const RowLog* logs[3] = {&p.dynLog, &p.leakLog, &p.biasLog};
+            const int columns[3] = {active[k].dynCol, active[k].leakCol, active[k].biasCol};
+            for (const std::string& supply : active[k].setup.supplies) {
+                const double g = gate(supply);
+                for (int m = 0; m < 3; ++m) {
+                    if (!members[m]) continue;
+                    const double i = (this->*members[m])(panel, names, values, supply);
+                    sums[m] += volts * i * g;
+                    LogRowPower(*logs[m], row, i, volts);
+                }
+                for (int m = 0; m < 3; ++m) {
+                    if (!members[m]) continue;
+                    pwcformula::PrintFixedTo(cell, sums[m], 20);
+                    items->SetValueAt(cell.c_str(), row, columns[m]);
+                }
+                if (plainDyn == PlainDyn::CopyFirst && k == 0) {
+                    items->SetValueAt(items->GetValueAt(row, columns[0]), row, plainCol);
+                    if (PD_UTIL::IsCalcLogOpen()) {
+                        char buf[512];
+                        std::snprintf(buf, sizeof buf, "%s%d%s%s\n", "PowerTotalDynamic row(", row,
+                                      ") = ", items->GetValueAt(row, plainCol));
+                        PD_UTIL::FCprintln(buf);
+                    }
+                }
+            }
+        }
+        if (plainDyn == PlainDyn::SumPasses) {
+            double sum = 0.0;
+            for (int c : dynColumns) sum += items->GetDoubleValueAt(row, c);
+            pwcformula::PrintFixedTo(cell, sum, 20);
+            items->SetValueAt(cell.c_str(), row, plainCol);
+        }
+    }
+}
+
+void PC_ENG::RunFrameUnused(const char* panel, PD_TABLE* total, UnusedBuilder namesOf,
+                            UnusedBuilder valuesOf, const std::vector<UnusedPass>& passes) {
+    if (!total || !namesOf || !valuesOf) return;
+    std::vector<std::string> names, values;
+    (this->*namesOf)(total, names);
+    (this->*valuesOf)(total, values);
+    InitConstants(names, values);
+    auto gate = [this](const std::string& supply) {
+        return supply == "VCCPG" && powerMode == 1 ? 0.0 : 1.0;
+    };
+    for (const UnusedPass& p : passes) {
+        const PassSetup setup = SetUpPass(*this, p.supply, p.section, p.voltage, p.runIf);
+        if (!setup.runs) continue;
+        const int leakCol = ColumnOf(total, p.leakColumn);
+        const int biasCol = ColumnOf(total, p.biasColumn);
+        double pLeak = 0.0, pBias = 0.0;
+        for (const std::string& supply : setup.supplies) {
+            const double g = gate(supply);
+            if (p.leak) {
+                const double i = (this->*p.leak)(panel, names, values, supply);
+                pLeak += setup.volts * i * g;
+                LogUnusedPower(p.leakLog, i, setup.volts);
+            }
+            if (p.bias) {
+                const double i = (this->*p.bias)(panel, names, values, supply);
+                pBias += setup.volts * i * g;
+                LogUnusedPower(p.biasLog, i, setup.volts);
+            }
+            if (p.leak) total->SetValueAt(PrintFixed(pLeak, 20).c_str(), 0, leakCol);
+            if (p.bias) total->SetValueAt(PrintFixed(pBias, 20).c_str(), 0, biasCol);
+        }
+    }
+}
+
+double PC_ENG::FrameTotals(
+    const std::vector<std::pair<PD_TABLE*, const std::vector<SupplyPass>*>>& items,
+    PD_TABLE* total) {
+    double sDyn = 0.0, sLeak = 0.0, sBias = 0.0;
+    for (const auto& [table, passes] : items) {
+        std::vector<int> columns[3];
+        for (const SupplyPass& p : *passes) {
+            AddOnce(columns[0], ColumnOf(table, p.dynColumn));
+            AddOnce(columns[1], ColumnOf(table, p.leakColumn));
+            AddOnce(columns[2], ColumnOf(table, p.biasColumn));
+        }
+        const int rows = table->GetNumOfRows();
+        for (int c : columns[0]) sDyn += GetTotalSumRowDData(table, c, rows);
+        for (int c : columns[1]) sLeak += GetTotalSumRowDData(table, c, rows);
+        for (int c : columns[2]) sBias += GetTotalSumRowDData(table, c, rows);
+    }
+    if (!total) return sDyn;
+    // From the third column on: the unused columns, past the two totals.
+    const double sUnused = GetTotalRealRowButFirstSecondCol(total, 0);
+    total->SetValueAt(PrintFixed(sUnused + sDyn + sLeak + sBias, 20).c_str(), 0,
+                      total->GetColumnIndex("Total Pwr (W)"));
+    total->SetValueAt(PrintFixed(sDyn, 20).c_str(), 0, total->GetColumnIndex("Total Dyn. Pwr (W)"));
+    return sDyn;
+}
+
+void PC_ENG::RunPanelFrame(const PanelFrame& f) {
+    PC_PANEL* panel = GetPanel(GetPanelIndex(f.panel));
+    if (!panel || panel->GetNumOfTables() < 2) return;
+    PD_TABLE* total = panel->GetTable(panel->GetNumOfTables() - 1);
+    ModelCacheScope cacheScope(caches);
+    std::vector<std::pair<PD_TABLE*, const std::vector<SupplyPass>*>> items;
+    for (const TableFrame& t : f.tables) {
+        PD_TABLE* table =
+            t.table ? panel->GetTable(panel->GetTableIndex(t.table)) : panel->GetTable(0);
+        if (!table || table == total) continue;
+        RunFrameRows(t.memberPanel ? t.memberPanel : f.panel, table, t.passes, f.plainDyn);
+        items.push_back({table, &t.passes});
+    }
+    RunFrameUnused(f.panel, total, f.unusedNames, f.unusedValues, f.unused);
+    FrameTotals(items, total);
+}
