@@ -183,6 +183,7 @@ INSTANTIATE_TEST_SUITE_P(
                 2,
                 "process 'Best' is not available"},
         BadCase{"NonNumericAmbient", {"calc", "@demo", "--ambient", "warm"}, 2, "--ambient"},
+        BadCase{"UnknownTab", {"calc", "@demo", "--tab", "Nope"}, 2, "no tab 'Nope'"},
         BadCase{"SaveOverInput",
                 {"calc", "@dir/exists.pcf", "--save", "@dir/exists.pcf"},
                 2,
@@ -318,6 +319,32 @@ TEST_F(HostTest, JsonReportHasTheKeysAndConsistentNumbers) {
     EXPECT_LT(safe, 85.0);
     EXPECT_NEAR(safe, 85.0 - theta * power, 0.05 + theta * power);
     EXPECT_TRUE(j["messages"].is_array());
+}
+
+// A tab's rows with their power: every row of its item tables, and a total
+// table whose dynamic total is the sum of the rows' dynamic power.
+TEST_F(HostTest, TabShowsEachRowsPowerAndItsTotal) {
+    const Json j = Calc(kDemo, {"--tab", "Logic Block"});
+    ASSERT_EQ(j["tabs"].size(), 1u);
+    const Json& tab = j["tabs"][0];
+    EXPECT_EQ(tab["name"], "Logic Block");
+    ASSERT_EQ(tab["tables"].size(), 2u);
+    const Json& rows = tab["tables"][0]["rows"];
+    ASSERT_FALSE(rows.empty());
+    double dynamic = 0.0;
+    for (const Json& row : rows) {
+        EXPECT_TRUE(row["Module Name"].is_string());
+        dynamic += row["Dyn. Pwr (W)"].get<double>();
+    }
+    const Json& total = tab["tables"][1]["rows"][0];
+    EXPECT_NEAR(total["Total Dyn. Pwr (W)"].get<double>(), dynamic, 1e-6 * rows.size());
+    EXPECT_NEAR(total["Total Pwr (W)"].get<double>(), Block(j, "Logic Block"), 1e-6);
+
+    const Result text = Pwc({"calc", kDemo, "--tab", "Logic Block"});
+    ASSERT_EQ(text.code, 0) << text.err;
+    for (const char* piece : {"\nTab Logic Block\n", "   Logic\n", "Module Name", "cpu_core",
+                              "   Total Logic Block\n", "Total Pwr (W)"})
+        EXPECT_NE(text.out.find(piece), std::string::npos) << piece;
 }
 
 // ---- Edits move the result -----------------------------------------------------

@@ -12,7 +12,7 @@ namespace {
 
 struct CalcOptions {
     std::string project;
-    std::vector<std::string> sets;
+    std::vector<std::string> sets, tabs;
     std::string ambient, process, save;
     bool force = false, json = false;
 };
@@ -75,15 +75,21 @@ int Calc(const CalcOptions& o, std::ostream& out) {
     for (const CellEdit& edit : edits) ApplyCellEdit(engine, edit);
     if (!o.ambient.empty()) engine.SetAmbientTemperature(o.ambient);
     if (!o.process.empty()) ApplyProcess(engine, o.process);
-    if (!edits.empty() || !o.ambient.empty() || !o.process.empty()) engine.Calculate();
+    // The messages are those of the calculation reported: the engine keeps
+    // appending its findings (the voltage trials of its set-up among them)
+    // until they are cleared.
+    engine.DrcMessage.clear();
+    engine.DrcErrorCount = 0;
+    const bool rulesHold = engine.Calculate() != 0;
 
-    const Report report = CollectReport(engine, session.Device());
+    Report report = CollectReport(engine, session.Device());
+    for (const std::string& tab : o.tabs) report.tabs.push_back(CollectTab(engine, tab));
     if (!o.save.empty()) session.SaveAs(o.save);
     if (o.json)
         out << ReportJson(report) << '\n';
     else
         PrintReport(report, out);
-    return kExitOk;
+    return rulesHold ? kExitOk : kExitDesignRule;
 }
 
 Catalog RequireCatalog() {
@@ -203,6 +209,9 @@ int RunPwc(int argc, const char* const* argv, std::ostream& out, std::ostream& e
         ->type_name("FILE");
     calcCmd->add_flag("--force", calc.force, "Allow --save to overwrite the input project");
     calcCmd->add_flag("--json", calc.json, "Print the result as one JSON object");
+    calcCmd->add_option("--tab", calc.tabs, "Also show a tab's rows and their power (repeatable)")
+        ->type_name("NAME")
+        ->allow_extra_args(false);
 
     bool devicesJson = false;
     CLI::App* devicesCmd = app.add_subcommand("devices", "List the devices of the data directory");

@@ -18,6 +18,9 @@ namespace pwchost {
 constexpr int kExitOk = 0;
 constexpr int kExitInternal = 1;
 constexpr int kExitUsage = 2;
+// The report is complete, but the design breaks a design rule of the device
+// (a bank whose I/O types share no VCCIO, ...): see its messages.
+constexpr int kExitDesignRule = 3;
 
 // A failure the user can fix (bad arguments, unknown device, unreadable
 // file); the message is one line, without the program name.
@@ -150,6 +153,20 @@ struct SupplyResult {
     std::string w[3], a[3];
 };
 
+// One table of a tab as `--tab` shows it: the row names (the table's first
+// column, by which --set finds a row) and the power and current columns.
+struct TabTable {
+    std::string name;
+    std::vector<std::string> head;
+    bool labelled = false;  // head[0] is the row-name column
+    std::vector<std::vector<std::string>> rows;
+};
+
+struct TabResult {
+    std::string name;
+    std::vector<TabTable> tables;
+};
+
 struct Report {
     DeviceInfo device;
     std::string process, ambient;
@@ -158,9 +175,12 @@ struct Report {
     std::vector<std::pair<std::string, std::string>> blocks;  // name, watts
     std::string totalPower, junction, maxSafeAmbient, thetaJA;
     std::vector<std::string> messages;
+    std::vector<TabResult> tabs;
 };
 
 Report CollectReport(PC_ENG& engine, const DeviceInfo& device);
+// The tab of that name; a UsageError naming the tabs when there is none.
+TabResult CollectTab(PC_ENG& engine, const std::string& name);
 void PrintReport(const Report& report, std::ostream& out);
 std::string ReportJson(const Report& report);
 

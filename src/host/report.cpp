@@ -18,7 +18,8 @@ const char* const kUnitHeads[3] = {"Static", "Dynamic", "Total"};
 // (numbers) or left.
 class TextTable {
   public:
-    explicit TextTable(std::vector<std::string> head, bool numbers = true) : numbers_(numbers) {
+    explicit TextTable(std::vector<std::string> head, bool numbers = true, bool label = true)
+        : numbers_(numbers), label_(label) {
         rows_.push_back(std::move(head));
     }
     void Add(std::vector<std::string> row) { rows_.push_back(std::move(row)); }
@@ -34,7 +35,7 @@ class TextTable {
             for (size_t c = 0; c < row.size(); ++c) {
                 const std::string pad(width[c] - row[c].size(), ' ');
                 if (c > 0) line += "  ";
-                line += c == 0 || !numbers_ ? row[c] + pad : pad + row[c];
+                line += (c == 0 && label_) || !numbers_ ? row[c] + pad : pad + row[c];
             }
             out << line.erase(line.find_last_not_of(' ') + 1) << '\n';
         }
@@ -42,7 +43,7 @@ class TextTable {
 
   private:
     std::vector<std::vector<std::string>> rows_;
-    bool numbers_;
+    bool numbers_, label_;
 };
 
 std::string Shown(const std::string& text) {
@@ -128,6 +129,49 @@ Report CollectReport(PC_ENG& engine, const DeviceInfo& device) {
     return report;
 }
 
+namespace {
+
+bool IsQuantity(const std::string& column) {
+    return column.find("(W)") != std::string::npos || column.find("(A)") != std::string::npos;
+}
+
+std::vector<std::string> PanelNames(PC_ENG& engine) {
+    std::vector<std::string> names;
+    for (int i = 0; i < engine.GetNumOfPanels(); ++i) names.push_back(engine.GetPanelName(i));
+    return names;
+}
+
+}  // namespace
+
+TabResult CollectTab(PC_ENG& engine, const std::string& name) {
+    PC_PANEL* panel = engine.GetPanel(engine.GetPanelIndex(name));
+    if (!panel)
+        throw UsageError("--tab: no tab '" + name + "' (tabs: " + JoinChoices(PanelNames(engine)) +
+                         ")");
+    TabResult tab;
+    tab.name = name;
+    for (PD_TABLE* table : panel->tables) {
+        TabTable t;
+        t.name = table->name;
+        std::vector<int> columns;
+        for (int c = 0; c < table->GetNumOfColumns(); ++c) {
+            const bool label = c == 0 && !IsQuantity(table->columns[c]);
+            if (label || IsQuantity(table->columns[c])) {
+                columns.push_back(c);
+                t.head.push_back(table->columns[c]);
+                t.labelled = t.labelled || label;
+            }
+        }
+        for (int r = 0; r < table->GetNumOfRows(); ++r) {
+            std::vector<std::string> row;
+            for (int c : columns) row.push_back(table->GetValueAt(r, c));
+            t.rows.push_back(std::move(row));
+        }
+        tab.tables.push_back(std::move(t));
+    }
+    return tab;
+}
+
 void PrintReport(const Report& r, std::ostream& out) {
     const DeviceInfo& d = r.device;
     out << "Device\n";
@@ -176,6 +220,29 @@ void PrintReport(const Report& r, std::ostream& out) {
         out << "\nMessages\n";
         for (const std::string& m : r.messages) out << "   " << m << '\n';
     }
+
+    for (const TabResult& tab : r.tabs) {
+        out << "\nTab " << tab.name << '\n';
+        for (const TabTable& t : tab.tables) {
+            out << "   " << t.name << (t.rows.empty() ? " (no rows)" : "") << '\n';
+            if (t.rows.empty()) continue;
+            if (!t.labelled && t.rows.size() == 1) {
+                // A total table: one row of many columns reads better as a list.
+                TextTable list({t.head[0], Shown(t.rows[0][0])});
+                for (size_t c = 1; c < t.head.size(); ++c)
+                    list.Add({t.head[c], Shown(t.rows[0][c])});
+                list.Print(out, 6);
+                continue;
+            }
+            TextTable table(t.head, true, t.labelled);
+            for (const std::vector<std::string>& row : t.rows) {
+                std::vector<std::string> cells = row;
+                for (std::string& c : cells) c = Shown(c);
+                table.Add(cells);
+            }
+            table.Print(out, 6);
+        }
+    }
 }
 
 std::string ReportJson(const Report& r) {
@@ -200,6 +267,23 @@ std::string ReportJson(const Report& r) {
     j["max_safe_ambient_c"] = Number(r.maxSafeAmbient);
     j["theta_ja"] = Number(r.thetaJA);
     j["messages"] = r.messages;
+    if (!r.tabs.empty()) {
+        j["tabs"] = Json::array();
+        for (const TabResult& tab : r.tabs) {
+            Json tables = Json::array();
+            for (const TabTable& t : tab.tables) {
+                Json rows = Json::array();
+                for (const std::vector<std::string>& row : t.rows) {
+                    Json cells;
+                    for (size_t c = 0; c < row.size(); ++c)
+                        cells[t.head[c]] = c == 0 && t.labelled ? Json(row[c]) : Number(row[c]);
+                    rows.push_back(cells);
+                }
+                tables.push_back({{"name", t.name}, {"rows", rows}});
+            }
+            j["tabs"].push_back({{"name", tab.name}, {"tables", tables}});
+        }
+    }
     return j.dump(2);
 }
 
