@@ -184,6 +184,19 @@ TEST(BlockRamWithoutVccm, LeavesTheVccmColumnsAloneAndMakesNoSecondCall) {
                 1e-12);
 }
 
+TEST_F(BlockRam, VccmColumnsKeepTheirCellsWhenTheMemoriesLoseTheSupply) {
+    PD_TABLE* sp = Table("SP RAM");
+    const int row = AddRow(
+        sp, {{"Type", "SP_x9"}, {"# EBR Blocks", "1"}, {"Freq. (MHz)", "50"}, {"AF (%)", "20"}});
+    sp->SetValueAt("0.5", row, sp->GetColumnIndex("Dyn. VCCM Pwr (W)"));
+    auto* ebr = dynamic_cast<PD_PWRSECT*>(eng->GetPwrData()->GetSection("EBR"));
+    ASSERT_EQ(ebr->supplies.back(), "VCCM");
+    ebr->supplies.pop_back();
+    eng->Calculate();
+    EXPECT_EQ(Cell(sp, row, "Dyn. VCCM Pwr (W)"), 0.5);
+    EXPECT_GT(Cell(sp, row, "Dyn. Pwr (W)"), 0.0);
+}
+
 // ---- The summary --------------------------------------------------------------------
 
 struct SummaryCase {
