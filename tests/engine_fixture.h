@@ -3,6 +3,7 @@
 #define PWC_TESTS_ENGINE_FIXTURE_H
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -64,8 +65,9 @@ inline std::unique_ptr<PC_ENG> MakeEngine(DeviceStrings& d, PD_DATA* project,
 template <class F>
 std::string CaptureCalcLog(F f) {
     static int count = 0;
-    const std::string path =
-        ::testing::TempDir() + "pwc_calc_log_" + std::to_string(++count) + ".txt";
+    // The process id keeps test binaries that run side by side apart.
+    const std::string path = ::testing::TempDir() + "pwc_calc_log_" + std::to_string(getpid()) +
+                             "_" + std::to_string(++count) + ".txt";
     std::remove(path.c_str());
     PD_UTIL::DebugMode(3, path);
     f();
@@ -73,6 +75,8 @@ std::string CaptureCalcLog(F f) {
     std::ifstream in(path);
     std::stringstream all;
     all << in.rdbuf();
+    in.close();
+    std::remove(path.c_str());
     return all.str();
 }
 

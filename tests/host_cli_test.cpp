@@ -284,9 +284,10 @@ TEST_F(HostTest, JsonReportHasTheKeysAndConsistentNumbers) {
     EXPECT_EQ(j["device"]["device"], "KZQ2-1200HC");
     EXPECT_EQ(j["device"]["arch"], "zn2c00");
     EXPECT_EQ(j["device"]["ambient_c"], 35.0);
-    ASSERT_EQ(j["supplies"].size(), 7u);
+    ASSERT_EQ(j["supplies"].size(), 8u);
     EXPECT_EQ(j["supplies"][0]["name"], "Vcc");
     EXPECT_EQ(j["supplies"][6]["name"], "Vccaux");
+    EXPECT_EQ(j["supplies"][7]["name"], "Vccm");
 
     // Totals are static plus dynamic and currents are power over voltage,
     // within the rounding of each cell to six places.

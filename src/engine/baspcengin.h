@@ -726,10 +726,89 @@ class PC_ENG {
     std::string NewDeviceInfo[7];
 
     // ---- Clocks tab (eng_clocks.cpp) ---------------------------------------
+    static const PanelFrame& ClockFrame();
     void ClockCalculation();
+    // The made-up row of what the clock rows leave free of the device's tree:
+    // per resource "<resource>_unused", per kind "<kind>_unused" (clock nets),
+    // and "PCLK", "SCLK", "ECLK" cells of the free resources.
+    void GetArrayOfColumnUnusedNamesClock(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesClock(PD_TABLE* total, std::vector<std::string>& values);
+    // Clock tree members (baspcformula/eng_process_clocks.cpp). A clock row's
+    // cell of a kind ("PCLK", "SCLK", "ECLK") lists tag and count pairs; each
+    // tag selects one resource of the tree.
+    struct ClockUse {
+        std::string item;       // `.pwr` member of "Clocks"
+        std::string debugName;  // "PCLKtrunk", ...
+        std::string key;        // resource key of the device totals, "Ptrunk", ...
+        double count = 0.0;
+    };
+    // The resources a row's cell of the kind occupies; trunks that match
+    // neither of the row's trunk rows are left out (and logged when asked).
+    std::vector<ClockUse> GetClockCellResources(const std::string& kind, const Row& names,
+                                                const Row& values, bool logIgnored);
+    // The device's own member of a clock item when the data have one, else
+    // the item.
+    std::string FindSupplyMemberForClocks(const std::string& item, const Row& names,
+                                          const Row& values);
+    double ProcessClocksDyn(const std::string& panel, const Row& names, const Row& values,
+                            const std::string& supply);
+    double HlpProcessClocksDyn(double freq, double af, const std::string& kind, const Row& names,
+                               const Row& values);
+    // Per element of the resources in the kind's cell ("used" or "unused").
+    double HlpProcessClocksLeakUsed(const std::string& mode, const std::string& kind,
+                                    const Row& names, const Row& values);
+    double HlpProcessClocksBiasUsed(const std::string& mode, const std::string& kind,
+                                    const Row& names, const Row& values);
+    // The DC block records: over the cell's resources when used, over the
+    // free clock nets "<kind>_unused" when unused.
+    double HlpProcessClocksLeakDFB(const std::string& mode, const std::string& kind,
+                                   const std::string& item, const Row& names, const Row& values);
+    double HlpProcessClocksBiasDFB(const std::string& mode, const std::string& kind,
+                                   const std::string& item, const Row& names, const Row& values);
+    double ProcessClocksLeakUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessClocksBiasUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessClocksLeakUnused(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessClocksBiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
 
     // ---- Block RAM tab (eng_blockram.cpp) ----------------------------------
+    static const PanelFrame& BlockRamFrame();
     void BlockRamCalculation();
+    void GetArrayOfColumnUnusedNamesBLOCK(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesBLOCK(PD_TABLE* total, std::vector<std::string>& values);
+    // Memory members (baspcformula/eng_process_memory.cpp); the supply is
+    // "VCC" (or "VCCPG") or "VCCM". An empty type gives 0 and a log line.
+    double ProcessSPRAMdynVcc(const std::string& panel, const Row& names, const Row& values,
+                              const std::string& supply);
+    double ProcessSPRAMLeakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessSPRAMbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessDPRAMdynVcc(const std::string& panel, const Row& names, const Row& values,
+                              const std::string& supply);
+    double ProcessDPRAMleakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessDPRAMBiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessDPRAMTrueDynVcc(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessDPRAMTrueLeakVccUsed(const std::string& panel, const Row& names,
+                                       const Row& values, const std::string& supply);
+    double ProcessDPRAMTrueBiasVccUsed(const std::string& panel, const Row& names,
+                                       const Row& values, const std::string& supply);
+    double ProcessFIFODynVcc(const std::string& panel, const Row& names, const Row& values,
+                             const std::string& supply);
+    double ProcessFIFOLeakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessFIFOBiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessBlockRAMleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                     const std::string& supply);
+    double ProcessBlockRAMbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                     const std::string& supply);
 
     // ---- PLL and DLL family tabs (eng_pll.cpp) -----------------------------
     void PLLCalculation();

@@ -27,6 +27,23 @@ bool HoldsPwr(const std::string& column) {
     return column.find("Pwr (W)") != std::string::npos;
 }
 
+// Names a table's formulas may read that its template need not carry: the
+// clock table's trunk rows ("0" when absent: no trunk rule).
+struct ExtraName {
+    const char* table;
+    const char* name;
+};
+const ExtraName kExtraNames[] = {{"Clocks", "PCLKTrow1"},
+                                 {"Clocks", "PCLKTrow2"},
+                                 {"Clocks", "SCLKTrow1"},
+                                 {"Clocks", "SCLKTrow2"}};
+
+template <class F>
+void ForMissingExtraNames(PD_TABLE* table, F f) {
+    for (const ExtraName& e : kExtraNames)
+        if (table->name == e.table && table->GetColumnIndex(e.name) < 0) f(e.name);
+}
+
 }  // namespace
 
 void PC_ENG::SetupPanels() {
@@ -354,6 +371,7 @@ std::vector<std::string> PC_ENG::GetArrayOfColumnNames(PD_TABLE* table, int* cou
         NameConvert(table->columns[c], shortName);
         names.push_back(shortName);
     }
+    ForMissingExtraNames(table, [&names](const char* name) { names.push_back(name); });
     for (PD_TABLE* t : {GetSupplyTable(), GetPGSupplyTable()}) {
         if (!t) continue;
         for (int r = 0; r < t->GetNumOfRows(); ++r) {
@@ -388,6 +406,7 @@ void PC_ENG::FillArrayOfColumnValues(PD_TABLE* table, int row, std::vector<std::
     };
     values.reserve(data + 16);
     for (int c = 0; c < data; ++c) put(table->GetValueAt(row, c));
+    ForMissingExtraNames(table, [&put](const char*) { put("0"); });
     for (PD_TABLE* t : {GetSupplyTable(), GetPGSupplyTable()}) {
         if (!t) continue;
         for (int r = 0; r < t->GetNumOfRows(); ++r) put(t->GetValueAt(r, 1));

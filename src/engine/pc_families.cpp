@@ -57,6 +57,9 @@ const List kArchAndOverrideArchs = {"kt7g00",  "hq7g00p", "hq7g00", "hq7g00e", "
 const List kShortSwitchBoxArchs = {"rv7c00", "kt7c00", "zn3c00a", "zn3c00f", "rv7d00",
                                    "pl7w00", "cu7s00", "wd7c00",  "wd7r00"};
 const List kHighPerformancePowerArchs = {"zn2c00", "wd7c00", "wd7r00"};
+const List kEdgeClockTopBottomArchs = {"rv7c00", "kt7c00", "rv7d00", "zn3c00a", "zn3c00f",
+                                       "pl7w00", "cu7s00", "wd7c00", "wd7r00"};
+const List kEdgeClockLeftRightArchs = {"rv7c00", "kt7c00", "rv7d00", "pl7w00", "cu7s00"};
 
 }  // namespace
 
@@ -153,6 +156,23 @@ bool IsPfrArch(const std::string& arch) {
 
 bool HasHighPerformancePowerFile(const std::string& arch) {
     return HoldsAny(arch, kHighPerformancePowerArchs);
+}
+
+bool IsZn2c00Arch(const std::string& arch) {
+    return HoldsAny(arch, {"zn2c00"});
+}
+
+// The same generation of fabric as the short switch-box list.
+bool ClocksUseEnableDuty(const std::string& arch) {
+    return HasShortSwitchBoxList(arch);
+}
+
+bool HasEdgeClockTopBottom(const std::string& arch) {
+    return IsZn2c00Arch(arch) || InList(arch, kEdgeClockTopBottomArchs);
+}
+
+bool HasEdgeClockLeftRight(const std::string& arch) {
+    return IsBf7p00Arch(arch) || InList(arch, kEdgeClockLeftRightArchs);
 }
 
 }  // namespace pwc

@@ -69,6 +69,16 @@ bool HasShortSwitchBoxList(const std::string& arch);
 bool IsPfrArch(const std::string& arch);
 // Architectures whose "HE"/"HC" parts load the "hp" power file.
 bool HasHighPerformancePowerFile(const std::string& arch);
+// The "zn2c00" architectures (by substring): their clock items' leakage A is
+// scaled as a capacitance (1e-12) rather than in microamperes.
+bool IsZn2c00Arch(const std::string& arch);
+// Architectures whose clock activity is the row's clock-enable duty cycle
+// rather than 100 %.
+bool ClocksUseEnableDuty(const std::string& arch);
+// Architectures with top and bottom edge-clock buffers ("Etb").
+bool HasEdgeClockTopBottom(const std::string& arch);
+// Architectures with left and right edge-clock buffers ("Elr").
+bool HasEdgeClockLeftRight(const std::string& arch);
 
 }  // namespace pwc
 

@@ -343,6 +343,9 @@ const SelectorRow kSelectors[] = {
     {Selector::LeakUnusedVcc, "Logic Block", &PC_ENG::ProcessLogicLeakUnused},
     {Selector::BiasUnusedVcc, "Logic Block", &PC_ENG::ProcessLogicBiasUnused},
     {Selector::BiasUsedVcc, "Logic Block", &PC_ENG::ProcessLogicBiasUsedVcc},
+    {Selector::DynVcc, "SP RAM", &PC_ENG::ProcessSPRAMdynVcc},
+    {Selector::BiasUnusedVcc, "SP RAM", &PC_ENG::ProcessBlockRAMbiasUnused},
+    {Selector::BiasUnusedVcc, "Clocks", &PC_ENG::ProcessClocksBiasUnused},
 };
 
 double Select(PC_ENG& eng, Selector selector, const std::string& panel, const PC_ENG::Row& names,

@@ -177,6 +177,20 @@ inline std::string LogLine(const char* format, const std::string& a, const std::
     return out;
 }
 
+// "name = term + term = n + n = sum", the summary line of a member's terms.
+inline std::string TermSumLine(const std::string& name, const std::vector<std::string>& terms,
+                               const std::vector<double>& numbers) {
+    std::string line = name + " = ";
+    double sum = 0.0;
+    for (size_t i = 0; i < terms.size(); ++i) line += (i ? " + " : "") + terms[i];
+    line += " = ";
+    for (size_t i = 0; i < numbers.size(); ++i) {
+        line += (i ? " + " : "") + Print("%g", numbers[i]);
+        sum += numbers[i];
+    }
+    return line + " = " + Print("%g", sum);
+}
+
 }  // namespace pwcformula
 
 #endif
