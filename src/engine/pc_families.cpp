@@ -57,6 +57,17 @@ const List kArchAndOverrideArchs = {"kt7g00",  "hq7g00p", "hq7g00", "hq7g00e", "
 const List kShortSwitchBoxArchs = {"rv7c00", "kt7c00", "zn3c00a", "zn3c00f", "rv7d00",
                                    "pl7w00", "cu7s00", "wd7c00",  "wd7r00"};
 const List kHighPerformancePowerArchs = {"zn2c00", "wd7c00", "wd7r00"};
+const List kSdcDllFamilies = {"Belmir", "BelmirM"};
+const List kNoDqsVccArchs = {"gy7s00", "gy7scm00"};
+const List kDqsAuxArchs = {"gy7s00", "lancet"};
+// With all "zn2c00" codes (by substring) and, for the buffers, "bf7p00" codes.
+const List kAlwaysOnGroupArchs = {"zn3c00a", "zn3c00f", "wd7c00", "wd7r00"};
+
+struct DeviceItem {
+    const char* pattern;  // "?" matches any one character
+    const char* item;
+};
+const DeviceItem kSecondFlash[] = {{"KZQ3D-9400??", "Flash_10000@"}, {"DMR50", "Flash_640@"}};
 
 }  // namespace
 
@@ -153,6 +164,41 @@ bool IsPfrArch(const std::string& arch) {
 
 bool HasHighPerformancePowerFile(const std::string& arch) {
     return HoldsAny(arch, kHighPerformancePowerArchs);
+}
+
+bool UsesSdcDllType(const std::string& family) {
+    return InList(family, kSdcDllFamilies);
+}
+
+bool HasNoDqsVccCurrent(const std::string& arch) {
+    return InList(arch, kNoDqsVccArchs);
+}
+
+bool HasDqsAuxDynamic(const std::string& arch) {
+    return InList(arch, kDqsAuxArchs);
+}
+
+bool LeavesGlobalBuffersToVccpg(const std::string& arch) {
+    return HasStandbyReferences(arch) || IsBf7p00Arch(arch);
+}
+
+bool HasStandbyReferences(const std::string& arch) {
+    return HoldsAny(arch, {"zn2c00"}) || InList(arch, kAlwaysOnGroupArchs);
+}
+
+const char* SecondFlashItem(const std::string& device) {
+    for (const DeviceItem& d : kSecondFlash) {
+        const std::string pattern = d.pattern;
+        bool match = pattern.size() <= device.size();
+        for (size_t i = 0; match && i < pattern.size(); ++i)
+            match = pattern[i] == '?' || pattern[i] == device[i];
+        if (match) return d.item;
+    }
+    return "";
+}
+
+bool HasBandgapController(const std::string& family, const std::string& device) {
+    return family == "Quenra2" && device.find("HC") == std::string::npos;
 }
 
 }  // namespace pwc

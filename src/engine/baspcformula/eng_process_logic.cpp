@@ -343,6 +343,12 @@ const SelectorRow kSelectors[] = {
     {Selector::LeakUnusedVcc, "Logic Block", &PC_ENG::ProcessLogicLeakUnused},
     {Selector::BiasUnusedVcc, "Logic Block", &PC_ENG::ProcessLogicBiasUnused},
     {Selector::BiasUsedVcc, "Logic Block", &PC_ENG::ProcessLogicBiasUsedVcc},
+    {Selector::DynVcc, "PLL", &PC_ENG::ProcessPLLdynVcc},
+    {Selector::BiasUsedVcc, "PLL", &PC_ENG::ProcessPLLbiasVccUsed},
+    {Selector::DynVccaux, "DQS", &PC_ENG::ProcessDQSdynVccaux},
+    {Selector::LeakUnusedVcc, "DQSCNTL", &PC_ENG::ProcessDQSCNTLleakUnused},
+    {Selector::BiasUnusedVcc, "DQSCNTL", &PC_ENG::ProcessDQSCNTLbiasUnused},
+    {Selector::BiasUsedVcc, "DQSCNTL", &PC_ENG::ProcessDQSCNTLbiasVccUsed},
 };
 
 double Select(PC_ENG& eng, Selector selector, const std::string& panel, const PC_ENG::Row& names,
