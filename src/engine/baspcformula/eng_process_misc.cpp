@@ -4,6 +4,8 @@
 // and the small blocks of its row tables.
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
+#include <iterator>
 
 #include "baspcengin.h"
 #include "baspcformula/formula_util.h"
@@ -48,6 +50,14 @@ const PartRule& RuleOf(Part part) {
     for (const PartRule& r : kParts)
         if (r.part == part) return r;
     return kParts[0];
+}
+
+// A member's summary name, made only while the calculation log is open.
+std::string LogName(std::initializer_list<std::string> parts) {
+    std::string name;
+    if (PD_UTIL::IsCalcLogOpen())
+        for (const std::string& p : parts) name += p;
+    return name;
 }
 
 bool Enabled(const char* column, const PC_ENG::Row& names, const PC_ENG::Row& values) {
@@ -402,7 +412,7 @@ double PC_ENG::ProcessCLKDIVbiasUnused(const std::string&, const Row& names, con
 // frequency column ("MCLK Freq. (MHz)", "SED Freq. (MHz)").
 double PC_ENG::ProcessMCLKdynVcc(const std::string&, const Row& names, const Row& values,
                                  const std::string& supply) {
-    return SumIccTerms("IccDynMCLK" + supply,
+    return SumIccTerms(LogName({"IccDynMCLK", supply}),
                        {{M::Dyn, "MCLK", "MCLK", "MCLK", "MCLK", "MCLK"},
                         {M::Dyn, "MCLK", "MCLK", "SED", "MCLK", "SED"}},
                        supply, names, values);
@@ -420,13 +430,13 @@ std::vector<PC_ENG::IccTerm> MclkUsedTerms(bool leak, bool standby) {
 
 double PC_ENG::ProcessMCLKleakVccUsed(const std::string&, const Row& names, const Row& values,
                                       const std::string& supply) {
-    return SumIccTerms("IccLeakMCLK" + supply + "Used",
+    return SumIccTerms(LogName({"IccLeakMCLK", supply, "Used"}),
                        MclkUsedTerms(true, Enabled("Allow Standby", names, values)), supply, names,
                        values);
 }
 double PC_ENG::ProcessMCLKbiasVccUsed(const std::string&, const Row& names, const Row& values,
                                       const std::string& supply) {
-    return SumIccTerms("IccBiasMCLK" + supply + "Used",
+    return SumIccTerms(LogName({"IccBiasMCLK", supply, "Used"}),
                        MclkUsedTerms(false, Enabled("Allow Standby", names, values)), supply, names,
                        values);
 }
@@ -488,12 +498,12 @@ double PC_ENG::SmallMiscBlockCurrent(const char* block, const char* equationSect
     const std::string x = block;
     const std::string kind = leak ? "Leak" : "Bias";
     if (unused)
-        return SumIccTerms("Icc" + kind + x + supply + "Unused",
+        return SumIccTerms(LogName({"Icc", kind, x, supply, "Unused"}),
                            {{leak ? M::LeakDFBUnused : M::BiasDFBUnused, equationSection, x,
                              "DCforBLOCK_unused", x + "_unused", x + "_unused"}},
                            supply, names, values);
     return SumIccTerms(
-        "Icc" + kind + x + supply + "Used",
+        LogName({"Icc", kind, x, supply, "Used"}),
         {{leak ? M::LeakDFB : M::BiasDFB, equationSection, x, "DCforBLOCK_used", x, x},
          {leak ? M::Leak : M::Bias, equationSection, x, x, x, x + "_used"}},
         supply, names, values);

@@ -1,6 +1,7 @@
 // Block and supply members of the PLL and of the DLL family (DLL, DDRDLL,
 // DQSDLL, DQS, DLLDEL, ESB) and the DQS control block.
 #include <cstring>
+#include <initializer_list>
 
 #include "baspcengin.h"
 #include "baspcformula/formula_util.h"
@@ -10,6 +11,14 @@
 using namespace pwcformula;
 
 namespace {
+
+// A member's summary name, made only while the calculation log is open.
+std::string LogName(std::initializer_list<std::string> parts) {
+    std::string name;
+    if (PD_UTIL::IsCalcLogOpen())
+        for (const std::string& p : parts) name += p;
+    return name;
+}
 
 bool Standby(const PC_ENG::Row& names, const PC_ENG::Row& values) {
     return RowValue("Allow Standby", names, values) == "Enable";
@@ -24,11 +33,12 @@ using M = PC_ENG::IccModel;
 double PC_ENG::ProcessPLLdynVcc(const std::string&, const Row& names, const Row& values,
                                 const std::string&) {
     const std::string& output = RowValue("Output Clock Name", names, values);
+    if (PD_UTIL::IsCalcLogOpen()) PD_UTIL::FCprintln("PLL output clock: " + output);
     const char* item = Standby(names, values) ? "PLL_standby"
                        : powerMode == 1       ? "PLL_sleep"
                                               : "PLL";
-    return SumIccTerms("IccDynPLLvcc(" + output + ")",
-                       {{M::DynAF100, "PLL", "PLL", item, "PLL", "PLL"}}, "VCC", names, values);
+    return SumIccTerms("IccDynPLLvcc", {{M::DynAF100, "PLL", "PLL", item, "PLL", "PLL"}}, "VCC",
+                       names, values);
 }
 
 double PC_ENG::ProcessPLLdynVccpll(const std::string&, const Row& names, const Row& values,
@@ -220,11 +230,11 @@ double PC_ENG::ClockBlockCurrent(const char* block, ClockBlockKind kind, const s
         case ClockBlockKind::Dyn:
             // A row without a type has nothing that switches.
             if (item.empty()) return 0.0;
-            return SumIccTerms("IccDyn" + x + supply, {{rule->dyn, x, x, item, x, x}}, supply,
-                               names, values);
+            return SumIccTerms(LogName({"IccDyn", x, supply}), {{rule->dyn, x, x, item, x, x}},
+                               supply, names, values);
         case ClockBlockKind::LeakUsed:
         case ClockBlockKind::BiasUsed:
-            return SumIccTerms("Icc" + kindName + x + supply + "Used",
+            return SumIccTerms(LogName({"Icc", kindName, x, supply, "Used"}),
                                {{leak ? M::LeakDFB : M::BiasDFB, x, x,
                                  standby ? "DCforBLOCK_standby" : "DCforBLOCK_used", x, x}},
                                supply, names, values);
@@ -232,7 +242,7 @@ double PC_ENG::ClockBlockCurrent(const char* block, ClockBlockKind kind, const s
         case ClockBlockKind::BiasUnused: {
             const M element = leak ? rule->unusedLeak : (x == "DQSCNTL" ? M::BiasUnused : M::Bias);
             const std::string elementItem = standby ? x + "_standby" : item;
-            return SumIccTerms("Icc" + kindName + x + supply + "Unused",
+            return SumIccTerms(LogName({"Icc", kindName, x, supply, "Unused"}),
                                {{element, x, x, elementItem, x + "_total", x + "_total"},
                                 {leak ? M::LeakDFBUnused : M::BiasDFBUnused, x, x,
                                  standby ? "DCforBLOCK_standby" : "DCforBLOCK_unused",
