@@ -145,17 +145,17 @@ TEST_F(OneLogicRow, TotalsAddUp) {
         EXPECT_NEAR(Num(power->GetValueAt(r, 2)),
                     Num(power->GetValueAt(r, 0)) + Num(power->GetValueAt(r, 1)), 1e-5);
 
-    // The Vcc row holds the blocks' Vcc cells of the matrix, and its current
-    // is its power over the supply's voltage.
+    // The logic tab is all on VCC: its cell of the Vcc row, and the row's
+    // current is its power over the supply's voltage.
     PD_TABLE* current = eng->GetCurrentTable();
     const int vcc = eng->GetSupplyTable()->GetRowNumber(std::string("Vcc"));
-    EXPECT_NEAR(Num(power->GetValueAt(vcc, 2)),
-                eng->GetStaTable("Vcc", "Total", eng->GetPowerMatrix()), 1e-5);
-    EXPECT_NEAR(Num(current->GetValueAt(vcc, 2)), Num(power->GetValueAt(vcc, 2)) / 1.2, 1e-5);
-
-    // The matrices agree with the summary: the Vcc row's logic cell.
     EXPECT_NEAR(eng->GetStaTable("Vcc", "Logic Block", eng->GetPowerMatrix()),
                 Num(total->GetValueAt(0, 1)), 1e-5);
+    EXPECT_NEAR(Num(current->GetValueAt(vcc, 2)), Num(power->GetValueAt(vcc, 2)) / 1.2, 1e-5);
+
+    // The matrices agree with the summary: the Vcc row's total.
+    EXPECT_NEAR(eng->GetStaTable("Vcc", "Total", eng->GetPowerMatrix()),
+                Num(power->GetValueAt(vcc, 2)), 1e-5);
 }
 
 TEST_F(OneLogicRow, CellsAreRoundedToSixDigitsForThisFamily) {

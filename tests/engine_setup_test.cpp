@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 #include "engine_fixture.h"
 
@@ -75,13 +76,14 @@ TEST_P(EngineOnDevice, BuildsTheTabsOfItsTemplate) {
 
     // Every calculated tab ends in its total table with one row; tabs without
     // a calculator yet stay at zero, rounded to this family's six digits.
+    const std::set<std::string> calculated = {"Logic Block", "PLL", "Misc", "EFB"};
     for (int i = 1; i < eng->GetNumOfPanels(); ++i) {
         PC_PANEL* p = eng->GetPanel(i);
         PD_TABLE* total = p->GetTable(p->GetNumOfTables() - 1);
         ASSERT_NE(total, nullptr);
         EXPECT_EQ(total->name, std::string("Total ") + p->GetName());
         EXPECT_EQ(total->GetNumOfRows(), 1);
-        if (std::string(p->GetName()) != "Logic Block") {
+        if (!calculated.count(p->GetName())) {
             EXPECT_STREQ(total->GetValueAt(0, 0), "0.000000");
         }
     }

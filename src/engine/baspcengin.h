@@ -679,8 +679,12 @@ class PC_ENG {
     // The pieces, for the tabs that add their own steps between them.
     void RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<SupplyPass>& passes,
                       PlainDyn plainDyn);
+    // The builders are given `source` when set (a tab with several row
+    // tables, each with its own made-up row), else `total`; with `accumulate`
+    // the passes add to the cells instead of replacing them.
     void RunFrameUnused(const char* panel, PD_TABLE* total, UnusedBuilder names,
-                        UnusedBuilder values, const std::vector<UnusedPass>& passes);
+                        UnusedBuilder values, const std::vector<UnusedPass>& passes,
+                        PD_TABLE* source = nullptr, bool accumulate = false);
     // "Total Dyn. Pwr (W)" and "Total Pwr (W)" of the total table: the sums
     // of the passes' columns over the item tables, plus the total table's
     // own columns from the third on. Returns the dynamic sum.
@@ -818,13 +822,287 @@ class PC_ENG {
     void DQSCalculation();
     void DLLDELCalculation();
     void ESBCalculation();
+    // The frame of each tab of the family, by panel name; null for another.
+    static const PanelFrame* ClockBlockFrame(const std::string& panel);
+    // The device-wide row of a family tab; its panel is the total table's
+    // name less "Total ".
+    void GetArrayOfColumnUnusedNamesPLLDLLDQS(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesPLLDLLDQS(PD_TABLE* total, std::vector<std::string>& values);
+
+    // Their process members (baspcformula/eng_process_pll.cpp). The PLL's
+    // members name their supply; "Allow Standby" "Enable" and the power mode
+    // "Sleep" choose the standby and sleep entries.
+    double ProcessPLLdynVcc(const std::string& panel, const Row& names, const Row& values,
+                            const std::string& supply);
+    double ProcessPLLdynVccpll(const std::string& panel, const Row& names, const Row& values,
+                               const std::string& supply);
+    double ProcessPLLdynVcc12(const std::string& panel, const Row& names, const Row& values,
+                              const std::string& supply);
+    double ProcessPLLleakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessPLLbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessPLLleakVccpllUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessPLLbiasVccpllUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessPLLleakVcc12Used(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessPLLbiasVcc12Used(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessPLLleakVccUnused(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessPLLbiasVccUnused(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessPLLleakVccpllUnused(const std::string& panel, const Row& names, const Row& values,
+                                      const std::string& supply);
+    double ProcessPLLbiasVccpllUnused(const std::string& panel, const Row& names, const Row& values,
+                                      const std::string& supply);
+    double ProcessPLLleakVcc12Unused(const std::string& panel, const Row& names, const Row& values,
+                                     const std::string& supply);
+    double ProcessPLLbiasVcc12Unused(const std::string& panel, const Row& names, const Row& values,
+                                     const std::string& supply);
+    // The DLL family: one rule per block, five members each. The supply is
+    // the caller's ("VCC" for the blocks that name it).
+    enum class ClockBlockKind { Dyn, LeakUsed, BiasUsed, LeakUnused, BiasUnused };
+    double ClockBlockCurrent(const char* block, ClockBlockKind kind, const std::string& supply,
+                             const Row& names, const Row& values);
+#define PWC_CLOCK_BLOCK_MEMBERS(B)                                                                \
+    double Process##B##dynVcc(const std::string& panel, const Row& names, const Row& values,      \
+                              const std::string& supply);                                         \
+    double Process##B##leakVccUsed(const std::string& panel, const Row& names, const Row& values, \
+                                   const std::string& supply);                                    \
+    double Process##B##biasVccUsed(const std::string& panel, const Row& names, const Row& values, \
+                                   const std::string& supply);                                    \
+    double Process##B##leakUnused(const std::string& panel, const Row& names, const Row& values,  \
+                                  const std::string& supply);                                     \
+    double Process##B##biasUnused(const std::string& panel, const Row& names, const Row& values,  \
+                                  const std::string& supply);
+    PWC_CLOCK_BLOCK_MEMBERS(DLL)
+    PWC_CLOCK_BLOCK_MEMBERS(DDRDLL)
+    PWC_CLOCK_BLOCK_MEMBERS(DQSDLL)
+    PWC_CLOCK_BLOCK_MEMBERS(DQS)
+    PWC_CLOCK_BLOCK_MEMBERS(DLLDEL)
+    PWC_CLOCK_BLOCK_MEMBERS(ESB)
+    PWC_CLOCK_BLOCK_MEMBERS(DQSCNTL)
+#undef PWC_CLOCK_BLOCK_MEMBERS
+    double ProcessDQSdynVccaux(const std::string& panel, const Row& names, const Row& values,
+                               const std::string& supply);
 
     // ---- Misc tab and the always-on blocks (eng_misc.cpp) --------------------
     void MiscCalculation();
+    // Sets the bandgap controller flag from the family, device and setting.
     void setBandgapControllert();
+    bool GetBandgapController() const {
+        return bandgapController;
+    }
+    bool bandgapController = false;
+    // The made-up row of a row table (its name with "_total", "_unused").
+    void GetArrayOfColumnUnusedNamesMisc(PD_TABLE* table, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesMisc(PD_TABLE* table, std::vector<std::string>& values);
+    // The device-wide row of the always-on parts.
+    void GetArrayOfColumnUnusedNamesMiscTotal(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesMiscTotal(PD_TABLE* total, std::vector<std::string>& values);
+
+    // Their process members (baspcformula/eng_process_misc.cpp). The
+    // always-on sums: on VCC the full list in its order; on any other supply
+    // the parts whose `.pwr` section lists that supply.
+    double ProcessMiscLeakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessMiscBiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    // The power-gated parts, on "VCCPG" (zero in sleep).
+    double ProcessMiscLeakVccpgUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    // ProcessMiscLeakVccUsed plus, where the summary has "Vccpg", the gated parts.
+    double ProcessMiscLeakTotalAllUsed(const std::string& panel, const Row& names,
+                                       const Row& values, const std::string& supply);
+    double ProcessMiscDynVcc(const std::string& panel, const Row& names, const Row& values,
+                             const std::string& supply);
+    double ProcessMiscPOWERSWITCHDynVcc(const std::string& panel, const Row& names,
+                                        const Row& values, const std::string& supply);
+    // ProcessMiscDynVcc plus ProcessMiscPOWERSWITCHDynVcc.
+    double ProcessMiscDynTotalVcc(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    // The always-on sums on the other supplies; the supply is the caller's.
+    double ProcessMiscLeakOtherUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessMiscBiasOtherUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    // The power manager's block term on its own supplies (VCCPM, VCCJP,
+    // VCCPROG, VCCINP_33, VCCINP_50).
+    double ProcessMiscLeakPowerManagerUsed(const std::string& panel, const Row& names,
+                                           const Row& values, const std::string& supply);
+    double ProcessMiscBiasPowerManagerUsed(const std::string& panel, const Row& names,
+                                           const Row& values, const std::string& supply);
+    // The member pairs of the always-on sum, each on the given supply.
+    enum class AlwaysOnPart {
+        Regulator,
+        Flash,
+        Config,
+        Shiftregs,
+        Gbuf,
+        Refs,
+        Iref,
+        Misc,
+        PwrSwitch
+    };
+    double MiscPartCurrent(AlwaysOnPart part, bool leak, const std::string& supply,
+                           const Row& names, const Row& values);
+    double ProcessMiscRegulatorLeakUsed(const Row& names, const Row& values,
+                                        const std::string& supply = "VCC");
+    double ProcessMiscRegulatorBiasUsed(const Row& names, const Row& values,
+                                        const std::string& supply = "VCC");
+    double ProcessMiscFlashLeakUsed(const Row& names, const Row& values,
+                                    const std::string& supply = "VCC");
+    double ProcessMiscFlashBiasUsed(const Row& names, const Row& values,
+                                    const std::string& supply = "VCC");
+    double ProcessMiscConfigLeakUsed(const Row& names, const Row& values,
+                                     const std::string& supply = "VCC");
+    double ProcessMiscConfigBiasUsed(const Row& names, const Row& values,
+                                     const std::string& supply = "VCC");
+    double ProcessMiscShiftregsUsed(const Row& names, const Row& values,
+                                    const std::string& supply = "VCC");
+    double ProcessMiscShiftregsBiasUsed(const Row& names, const Row& values,
+                                        const std::string& supply = "VCC");
+    double ProcessMiscGbufLeakUsed(const Row& names, const Row& values,
+                                   const std::string& supply = "VCC");
+    double ProcessMiscGbufBiasUsed(const Row& names, const Row& values,
+                                   const std::string& supply = "VCC");
+    double ProcessMiscRefsLeakUsed(const Row& names, const Row& values,
+                                   const std::string& supply = "VCC");
+    double ProcessMiscRefsBiasUsed(const Row& names, const Row& values,
+                                   const std::string& supply = "VCC");
+    double ProcessMiscIrefLeakUsed(const Row& names, const Row& values,
+                                   const std::string& supply = "VCC");
+    double ProcessMiscIrefBiasUsed(const Row& names, const Row& values,
+                                   const std::string& supply = "VCC");
+    double ProcessMiscMiscLeakUsed(const Row& names, const Row& values,
+                                   const std::string& supply = "VCC");
+    double ProcessMiscMiscBiasUsed(const Row& names, const Row& values,
+                                   const std::string& supply = "VCC");
+    double ProcessMiscPwrSwitchLeakUsed(const Row& names, const Row& values,
+                                        const std::string& supply = "VCC");
+    double ProcessMiscPwrSwitchBiasUsed(const Row& names, const Row& values,
+                                        const std::string& supply = "VCC");
+    // The JTAG pins on VCCJ, per row of the table "JTAG".
+    double ProcessMiscDynVccj(const std::string& panel, const Row& names, const Row& values,
+                              const std::string& supply);
+    double ProcessMiscLeakVccjUsed(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessMiscBiasVccjUsed(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    // The row tables' members.
+    double ProcessCLKDIVdynVcc(const std::string& panel, const Row& names, const Row& values,
+                               const std::string& supply);
+    double ProcessCLKDIVleakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessCLKDIVbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessCLKDIVleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessCLKDIVbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessMCLKdynVcc(const std::string& panel, const Row& names, const Row& values,
+                             const std::string& supply);
+    double ProcessMCLKleakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessMCLKbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessMCLKleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessMCLKbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessLFOSCdynVcc(const std::string& panel, const Row& names, const Row& values,
+                              const std::string& supply);
+    double ProcessLFOSCleakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessLFOSCbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessLFOSCleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessLFOSCbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    // CIBTEST, DTR, I2C and UFM: a block term and the per-element term of
+    // their count, unused only the block term.
+    double SmallMiscBlockCurrent(const char* block, const char* equationSection, bool leak,
+                                 bool unused, const std::string& supply, const Row& names,
+                                 const Row& values);
+    double ProcessCIBTESTdynVcc(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessCIBTESTleakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                     const std::string& supply);
+    double ProcessCIBTESTbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                     const std::string& supply);
+    double ProcessCIBTESTleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessCIBTESTbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessDTRdynVcc(const std::string& panel, const Row& names, const Row& values,
+                            const std::string& supply);
+    double ProcessDTRdynVccaux(const std::string& panel, const Row& names, const Row& values,
+                               const std::string& supply);
+    double ProcessDTRleakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessDTRbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessDTRleakVccauxUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessDTRbiasVccauxUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessDTRleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessDTRbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessI2CdynVcc(const std::string& panel, const Row& names, const Row& values,
+                            const std::string& supply);
+    double ProcessI2CleakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessI2CbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessI2CleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessI2CbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessUFMdynVcc(const std::string& panel, const Row& names, const Row& values,
+                            const std::string& supply);
+    double ProcessUFMleakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessUFMbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessUFMleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessUFMbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
 
     // ---- EFB tab (eng_efb.cpp) ---------------------------------------------
     void EFBCalculation();
+    // Whether the Wishbone bridge is in use: any I2C, SPI or UFM counted, or
+    // the timer's "WB Used" "Yes".
+    bool detectWBused();
+    // The device-wide row: each part's "_used" and "_unused" count, then the
+    // supply and device settings.
+    void GetArrayOfColumnUnusedNamesEFB(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesEFB(PD_TABLE* total, std::vector<std::string>& values);
+
+    // Its process members (baspcformula/eng_process_efb.cpp); the supply is VCC.
+    double ProcessI2C1efbdynVcc(const Row& names, const Row& values);
+    double ProcessI2C2efbdynVcc(const Row& names, const Row& values);
+    double ProcessSPIefbdynVcc(const Row& names, const Row& values);
+    double ProcessTCefbdynVcc(const Row& names, const Row& values);
+    double ProcessUFMefbdynVcc(const Row& names, const Row& values);
+    double ProcessUFMefbLeakVcc(const Row& names, const Row& values);
+    double ProcessCFGefbdynVcc(const Row& names, const Row& values);
+    double ProcessCFGefbLeakVcc(const Row& names, const Row& values);
+    double ProcessWISHBONEefbdynVcc(const Row& names, const Row& values);
+    double ProcessEFBleakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessEFBbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessEFBleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessEFBbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
 
     // ---- Estimation (baspcestimode/eng_estimation.cpp) -------------------
     void ResetHidenDataAll();

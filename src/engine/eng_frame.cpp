@@ -172,11 +172,12 @@ void PC_ENG::RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<
 }
 
 void PC_ENG::RunFrameUnused(const char* panel, PD_TABLE* total, UnusedBuilder namesOf,
-                            UnusedBuilder valuesOf, const std::vector<UnusedPass>& passes) {
+                            UnusedBuilder valuesOf, const std::vector<UnusedPass>& passes,
+                            PD_TABLE* source, bool accumulate) {
     if (!total || !namesOf || !valuesOf) return;
     std::vector<std::string> names, values;
-    (this->*namesOf)(total, names);
-    (this->*valuesOf)(total, values);
+    (this->*namesOf)(source ? source : total, names);
+    (this->*valuesOf)(source ? source : total, values);
     InitConstants(names, values);
     auto gate = [this](const std::string& supply) {
         return supply == "VCCPG" && powerMode == 1 ? 0.0 : 1.0;
@@ -186,6 +187,8 @@ void PC_ENG::RunFrameUnused(const char* panel, PD_TABLE* total, UnusedBuilder na
         if (!setup.runs) continue;
         const int leakCol = ColumnOf(total, p.leakColumn);
         const int biasCol = ColumnOf(total, p.biasColumn);
+        const double leakBefore = accumulate ? Num(total->GetValueAt(0, leakCol)) : 0.0;
+        const double biasBefore = accumulate ? Num(total->GetValueAt(0, biasCol)) : 0.0;
         double pLeak = 0.0, pBias = 0.0;
         for (const std::string& supply : setup.supplies) {
             const double g = gate(supply);
@@ -199,8 +202,8 @@ void PC_ENG::RunFrameUnused(const char* panel, PD_TABLE* total, UnusedBuilder na
                 pBias += setup.volts * i * g;
                 LogUnusedPower(p.biasLog, i, setup.volts);
             }
-            if (p.leak) total->SetValueAt(PrintFixed(pLeak, 20).c_str(), 0, leakCol);
-            if (p.bias) total->SetValueAt(PrintFixed(pBias, 20).c_str(), 0, biasCol);
+            if (p.leak) total->SetValueAt(PrintFixed(leakBefore + pLeak, 20).c_str(), 0, leakCol);
+            if (p.bias) total->SetValueAt(PrintFixed(biasBefore + pBias, 20).c_str(), 0, biasCol);
         }
     }
 }

@@ -18,17 +18,19 @@ namespace {
 
 // Where a block's dynamic power on a supply is read.
 enum class Dyn {
-    TotalDyn,     // "Total Dyn. Pwr (W)" of the total table
-    TotalDynTag,  // "Total Dyn. <tag> Pwr (W)" of the total table
-    TagColumns,   // "Dyn. <tag> Pwr (W)" over the item tables
-    PlainColumn,  // "Dyn. Pwr (W)" over the item tables
+    TotalDyn,               // "Total Dyn. Pwr (W)" of the total table
+    TotalDynTag,            // "Total Dyn. <tag> Pwr (W)" of the total table
+    TagColumns,             // "Dyn. <tag> Pwr (W)" over the item tables
+    PlainColumn,            // "Dyn. Pwr (W)" over the item tables
+    TotalDynTagAndColumns,  // both "Total Dyn. <tag> Pwr (W)" and the items' columns
 };
 
 // Where its static power is read.
 enum class Static {
-    Items,       // Leakage and DCbias over the items, Unused ones in the total
-    EfbTotals,   // Total and Unused Leakage and DCbias of the total table
-    TotalsOnly,  // Total Leakage and Total DCbias of the total table
+    Items,           // Leakage and DCbias over the items, Unused ones in the total
+    EfbTotals,       // Total and Unused Leakage and DCbias of the total table
+    TotalsOnly,      // Total Leakage and Total DCbias of the total table
+    TotalsAndItems,  // Total Leakage and DCbias of the total table, and as Items
 };
 
 enum class Gate { None, HasSupply, HasVccbAndVccxp };
@@ -111,14 +113,17 @@ const std::vector<BlockRule>& BlockRules() {
           Gated("Vccxp", "VCCXP", Dyn::TagColumns, Static::Items, Gate::HasVccbAndVccxp),
           Gated("Vccib", "VCCIB", Dyn::TagColumns), Gated("Vccob", "VCCOB", Dyn::TagColumns),
           Gated("Vcc1.2", "VCC12", Dyn::TagColumns), Gated("Vccauxa", "VCCAUXA", Dyn::TagColumns)}},
+        // The always-on parts sit on the total table's own columns, the row
+        // tables' power and what they leave free as in any other block.
         {{"Misc"},
          "Other",
          BlockRow::Always,
          nullptr,
-         {Vcc(Dyn::TotalDynTag, Static::TotalsOnly),
+         {Vcc(Dyn::TotalDynTagAndColumns, Static::TotalsAndItems),
           Gated("Vccj", "VCCJ", Dyn::TagColumns),
-          {"Vccaux", "VCCAUX", Dyn::TotalDynTag, Static::TotalsOnly, Gate::None, false},
-          Gated("Vcc1.2", "VCC12", Dyn::TotalDynTag, Static::TotalsOnly),
+          {"Vccaux", "VCCAUX", Dyn::TotalDynTagAndColumns, Static::TotalsAndItems, Gate::None,
+           false},
+          Gated("Vcc1.2", "VCC12", Dyn::TotalDynTagAndColumns, Static::TotalsAndItems),
           Gated("Vccpm", "VCCPM", Dyn::TotalDynTag, Static::TotalsOnly),
           Gated("Vccjp", "VCCJP", Dyn::TotalDynTag, Static::TotalsOnly),
           Gated("Vccinp 3.3", "VCCINP33", Dyn::TotalDynTag, Static::TotalsOnly),
@@ -171,6 +176,10 @@ BlockPower TermPower(PC_PANEL* panel, const SupplyTerm& term, const std::string&
         case Static::TotalsOnly:
             p.sta = totals;
             break;
+        case Static::TotalsAndItems:
+            p.sta = totals + SumColumn(items, "Leakage " + tag + " Pwr (W)") +
+                    SumColumn(items, "DCbias " + tag + " Pwr (W)") + unused;
+            break;
     }
     // The banks' own columns hold no switching power of the I/O rows.
     items.erase(std::remove_if(items.begin(), items.end(),
@@ -188,6 +197,10 @@ BlockPower TermPower(PC_PANEL* panel, const SupplyTerm& term, const std::string&
             break;
         case Dyn::PlainColumn:
             p.dyn = SumColumn(items, "Dyn. Pwr (W)");
+            break;
+        case Dyn::TotalDynTagAndColumns:
+            p.dyn = Row0(total, "Total Dyn. " + tag + " Pwr (W)") +
+                    SumColumn(items, "Dyn. " + tag + " Pwr (W)");
             break;
     }
     return p;

@@ -60,6 +60,17 @@ const List kHighPerformancePowerArchs = {"zn2c00", "wd7c00", "wd7r00"};
 const List kEdgeClockTopBottomArchs = {"rv7c00", "kt7c00", "rv7d00", "zn3c00a", "zn3c00f",
                                        "pl7w00", "cu7s00", "wd7c00", "wd7r00"};
 const List kEdgeClockLeftRightArchs = {"rv7c00", "kt7c00", "rv7d00", "pl7w00", "cu7s00"};
+const List kSdcDllFamilies = {"Belmir", "BelmirM"};
+const List kNoDqsVccArchs = {"gy7s00", "gy7scm00"};
+const List kDqsAuxArchs = {"gy7s00", "lancet"};
+// With all "zn2c00" codes (by substring) and, for the buffers, "bf7p00" codes.
+const List kAlwaysOnGroupArchs = {"zn3c00a", "zn3c00f", "wd7c00", "wd7r00"};
+
+struct DeviceItem {
+    const char* pattern;  // "?" matches any one character
+    const char* item;
+};
+const DeviceItem kSecondFlash[] = {{"KZQ3D-9400??", "Flash_10000@"}, {"DMR50", "Flash_640@"}};
 
 }  // namespace
 
@@ -173,6 +184,41 @@ bool HasEdgeClockTopBottom(const std::string& arch) {
 
 bool HasEdgeClockLeftRight(const std::string& arch) {
     return IsBf7p00Arch(arch) || InList(arch, kEdgeClockLeftRightArchs);
+}
+
+bool UsesSdcDllType(const std::string& family) {
+    return InList(family, kSdcDllFamilies);
+}
+
+bool HasNoDqsVccCurrent(const std::string& arch) {
+    return InList(arch, kNoDqsVccArchs);
+}
+
+bool HasDqsAuxDynamic(const std::string& arch) {
+    return InList(arch, kDqsAuxArchs);
+}
+
+bool LeavesGlobalBuffersToVccpg(const std::string& arch) {
+    return HasStandbyReferences(arch) || IsBf7p00Arch(arch);
+}
+
+bool HasStandbyReferences(const std::string& arch) {
+    return IsZn2c00Arch(arch) || InList(arch, kAlwaysOnGroupArchs);
+}
+
+const char* SecondFlashItem(const std::string& device) {
+    for (const DeviceItem& d : kSecondFlash) {
+        const std::string pattern = d.pattern;
+        bool match = pattern.size() <= device.size();
+        for (size_t i = 0; match && i < pattern.size(); ++i)
+            match = pattern[i] == '?' || pattern[i] == device[i];
+        if (match) return d.item;
+    }
+    return "";
+}
+
+bool HasBandgapController(const std::string& family, const std::string& device) {
+    return family == "Quenra2" && device.find("HC") == std::string::npos;
 }
 
 }  // namespace pwc

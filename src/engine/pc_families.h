@@ -80,6 +80,24 @@ bool HasEdgeClockTopBottom(const std::string& arch);
 // Architectures with left and right edge-clock buffers ("Elr").
 bool HasEdgeClockLeftRight(const std::string& arch);
 
+// The clock-management and always-on blocks ------------------------------
+
+// Families whose "DLL" rows are of type "SDCDLLA".
+bool UsesSdcDllType(const std::string& family);
+// Architectures that carry the DQS in another way: its VCC members give 0.
+bool HasNoDqsVccCurrent(const std::string& arch);
+// Architectures whose DQS also switches on VCCAUX.
+bool HasDqsAuxDynamic(const std::string& arch);
+// Architectures that leave the global buffers to "Vccpg" and count the
+// power-on reset with the always-on parts.
+bool LeavesGlobalBuffersToVccpg(const std::string& arch);
+// Architectures whose references have standby entries.
+bool HasStandbyReferences(const std::string& arch);
+// The second flash size of a device ("Flash_10000@", "Flash_640@"), or "".
+const char* SecondFlashItem(const std::string& device);
+// The bandgap controller: family "Quenra2" on a device without "HC".
+bool HasBandgapController(const std::string& family, const std::string& device);
+
 }  // namespace pwc
 
 #endif

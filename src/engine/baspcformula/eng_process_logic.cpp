@@ -346,6 +346,12 @@ const SelectorRow kSelectors[] = {
     {Selector::DynVcc, "SP RAM", &PC_ENG::ProcessSPRAMdynVcc},
     {Selector::BiasUnusedVcc, "SP RAM", &PC_ENG::ProcessBlockRAMbiasUnused},
     {Selector::BiasUnusedVcc, "Clocks", &PC_ENG::ProcessClocksBiasUnused},
+    {Selector::DynVcc, "PLL", &PC_ENG::ProcessPLLdynVcc},
+    {Selector::BiasUsedVcc, "PLL", &PC_ENG::ProcessPLLbiasVccUsed},
+    {Selector::DynVccaux, "DQS", &PC_ENG::ProcessDQSdynVccaux},
+    {Selector::LeakUnusedVcc, "DQSCNTL", &PC_ENG::ProcessDQSCNTLleakUnused},
+    {Selector::BiasUnusedVcc, "DQSCNTL", &PC_ENG::ProcessDQSCNTLbiasUnused},
+    {Selector::BiasUsedVcc, "DQSCNTL", &PC_ENG::ProcessDQSCNTLbiasVccUsed},
 };
 
 double Select(PC_ENG& eng, Selector selector, const std::string& panel, const PC_ENG::Row& names,
