@@ -691,6 +691,10 @@ class PC_ENG {
     double FrameTotals(
         const std::vector<std::pair<PD_TABLE*, const std::vector<SupplyPass>*>>& items,
         PD_TABLE* total);
+    // The engine's present settings at the end of a made-up unused row:
+    // "Device", "Package", "Operating", "Speed", "TJ", "Process", "archName".
+    static void AppendSettingNames(std::vector<std::string>& names);
+    void AppendSettingValues(std::vector<std::string>& values) const;
     // "VCC" and "VCCPG" among the supplies of a `.pwr` section, in file order.
     std::vector<std::string> PwrSectionHasVccVccpg(const std::string& section) const;
     bool PwrSectionHasSupply(const std::string& section, const std::string& supply) const;

@@ -58,9 +58,9 @@ void PC_ENG::GetArrayOfColumnUnusedNamesClock(PD_TABLE*, std::vector<std::string
     for (const ClockKind& k : ClockKinds()) names.push_back(std::string(k.kind) + "_unused");
     for (const ClockKind& k : ClockKinds()) names.push_back(k.kind);
     for (const char* t : kTrunkRows) names.push_back(t);
-    for (const char* n :
-         {"VCC", "DPM", "Device", "Package", "Operating", "Speed", "TJ", "Process", "archName"})
-        names.push_back(n);
+    names.push_back("VCC");
+    names.push_back("DPM");
+    AppendSettingNames(names);
 }
 
 void PC_ENG::GetArrayOfColumnUnusedValuesClock(PD_TABLE*, std::vector<std::string>& values) {
@@ -106,11 +106,5 @@ void PC_ENG::GetArrayOfColumnUnusedValuesClock(PD_TABLE*, std::vector<std::strin
     for (size_t i = 0; i < std::size(kTrunkRows); ++i) values.push_back("0");
     values.push_back(GetVDPM("Vcc", "Voltage"));
     values.push_back(GetVDPM("Vcc", "DPM"));
-    values.push_back(DeviceName());
-    values.push_back(PackageName());
-    values.push_back(OperatingName());
-    values.push_back(SpeedGrade());
-    values.push_back(CurrentTJ());
-    values.push_back(GetProcessType());
-    values.push_back(ArchName());
+    AppendSettingValues(values);
 }

@@ -169,9 +169,9 @@ void PC_ENG::GetArrayOfColumnUnusedNamesEFB(PD_TABLE*, std::vector<std::string>&
         for (const char* part : kCountedParts) names.push_back(std::string(part) + tail);
     names.push_back("EFB_used");
     names.push_back("EFB_unused");
-    for (const char* d :
-         {"VCC", "DPM", "Device", "Package", "Operating", "Speed", "TJ", "Process", "archName"})
-        names.push_back(d);
+    names.push_back("VCC");
+    names.push_back("DPM");
+    AppendSettingNames(names);
 }
 
 void PC_ENG::GetArrayOfColumnUnusedValuesEFB(PD_TABLE*, std::vector<std::string>& values) {
@@ -193,11 +193,5 @@ void PC_ENG::GetArrayOfColumnUnusedValuesEFB(PD_TABLE*, std::vector<std::string>
     values.push_back(PrintFixed(DeviceHas("EFB") - efbUsed, 0));
     values.push_back(GetVDPM("Vcc", "Voltage"));
     values.push_back(GetVDPM("Vcc", "DPM"));
-    values.push_back(DeviceName());
-    values.push_back(PackageName());
-    values.push_back(OperatingName());
-    values.push_back(SpeedGrade());
-    values.push_back(CurrentTJ());
-    values.push_back(GetProcessType());
-    values.push_back(ArchName());
+    AppendSettingValues(values);
 }

@@ -42,6 +42,18 @@ void AddOnce(std::vector<int>& columns, int column) {
 
 }  // namespace
 
+void PC_ENG::AppendSettingNames(std::vector<std::string>& names) {
+    for (const char* n : {"Device", "Package", "Operating", "Speed", "TJ", "Process", "archName"})
+        names.push_back(n);
+}
+
+void PC_ENG::AppendSettingValues(std::vector<std::string>& values) const {
+    for (std::string v : {std::string(DeviceName()), std::string(PackageName()),
+                          std::string(OperatingName()), std::string(SpeedGrade()), CurrentTJ(),
+                          std::string(GetProcessType()), std::string(ArchName())})
+        values.push_back(std::move(v));
+}
+
 std::vector<std::string> PC_ENG::PwrSectionHasVccVccpg(const std::string& section) const {
     std::vector<std::string> list;
     auto* pwr = dynamic_cast<PD_PWRSECT*>(pwrData->GetSection(section.c_str()));

@@ -73,9 +73,9 @@ void PC_ENG::GetArrayOfColumnUnusedNamesLogic(PD_TABLE*, std::vector<std::string
     for (const char* r : kRoutingUnused) names.push_back(std::string(r) + "_unused");
     names.push_back("X1d_unused");
     names.push_back("X1f_unused");
-    for (const char* n :
-         {"VCC", "VCCPG", "Device", "Package", "Operating", "Speed", "TJ", "Process", "archName"})
-        names.push_back(n);
+    names.push_back("VCC");
+    names.push_back("VCCPG");
+    AppendSettingNames(names);
 }
 
 void PC_ENG::GetArrayOfColumnUnusedValuesLogic(PD_TABLE*, std::vector<std::string>& values) {
@@ -102,11 +102,5 @@ void PC_ENG::GetArrayOfColumnUnusedValuesLogic(PD_TABLE*, std::vector<std::strin
     }
     values.push_back(GetVDPM("Vcc", "Voltage"));
     values.push_back(GetVDPM("Vccpg", "Voltage"));
-    values.push_back(DeviceName());
-    values.push_back(PackageName());
-    values.push_back(OperatingName());
-    values.push_back(SpeedGrade());
-    values.push_back(CurrentTJ());
-    values.push_back(GetProcessType());
-    values.push_back(ArchName());
+    AppendSettingValues(values);
 }

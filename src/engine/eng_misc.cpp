@@ -377,8 +377,7 @@ void PC_ENG::GetArrayOfColumnUnusedNamesMiscTotal(PD_TABLE*, std::vector<std::st
         names.push_back(s.name);
         if (std::strcmp(s.name, "VPP2V5") == 0) names.push_back("DPM");
     }
-    for (const char* d : {"Device", "Package", "Operating", "Speed", "TJ", "Process", "archName"})
-        names.push_back(d);
+    AppendSettingNames(names);
 }
 
 void PC_ENG::GetArrayOfColumnUnusedValuesMiscTotal(PD_TABLE*, std::vector<std::string>& values) {
@@ -404,11 +403,5 @@ void PC_ENG::GetArrayOfColumnUnusedValuesMiscTotal(PD_TABLE*, std::vector<std::s
         values.push_back(GetVDPMCategory(s.summary ? s.summary : vccio, "Voltage", "-1"));
         if (std::strcmp(s.name, "VPP2V5") == 0) values.push_back(GetVDPM("Vcc", "DPM"));
     }
-    values.push_back(DeviceName());
-    values.push_back(PackageName());
-    values.push_back(OperatingName());
-    values.push_back(SpeedGrade());
-    values.push_back(CurrentTJ());
-    values.push_back(GetProcessType());
-    values.push_back(ArchName());
+    AppendSettingValues(values);
 }

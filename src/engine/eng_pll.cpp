@@ -261,8 +261,7 @@ void PC_ENG::GetArrayOfColumnUnusedNamesPLLDLLDQS(PD_TABLE* total,
     names = {n + "_unused", n + "_total", n + "_used", "Type"};
     for (const RowSupply& s : kFamilySupplies)
         if (std::strcmp(s.name, "VCC") == 0 || HasSupply(s.summary)) names.push_back(s.name);
-    for (const char* d : {"Device", "Package", "Operating", "Speed", "TJ", "Process", "archName"})
-        names.push_back(d);
+    AppendSettingNames(names);
 }
 
 void PC_ENG::GetArrayOfColumnUnusedValuesPLLDLLDQS(PD_TABLE* total,
@@ -280,11 +279,5 @@ void PC_ENG::GetArrayOfColumnUnusedValuesPLLDLLDQS(PD_TABLE* total,
     for (const RowSupply& s : kFamilySupplies)
         if (std::strcmp(s.name, "VCC") == 0 || HasSupply(s.summary))
             values.push_back(GetVDPMCategory(s.summary, "Voltage", "-1"));
-    values.push_back(DeviceName());
-    values.push_back(PackageName());
-    values.push_back(OperatingName());
-    values.push_back(SpeedGrade());
-    values.push_back(CurrentTJ());
-    values.push_back(GetProcessType());
-    values.push_back(ArchName());
+    AppendSettingValues(values);
 }
