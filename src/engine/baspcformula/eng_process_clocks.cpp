@@ -328,7 +328,7 @@ double SumOverKinds(PC_ENG& eng, const std::string& kind, const std::string& log
     }
     double sum = 0.0;
     for (double n : numbers) sum += n;
-    if (PD_UTIL::IsCalcLogOpen()) PD_UTIL::FCprintln(TermSumLine(logName, terms, numbers));
+    LogTermSum(logName, terms, numbers, sum);
     return sum;
 }
 

@@ -59,6 +59,15 @@ namespace {
 const char* const kEfbParts[] = {"I2C1", "I2C2", "SPI", "TC", "WISHBONE"};
 // Always-on parts of the block, one each.
 const char* const kEfbFixed[] = {"ASR_EFB@", "DSR_EFB@", "PCNTR", "CONFIG"};
+// The log's names of the used terms, in their order.
+const std::vector<std::string> kEfbLeakTerms = {
+    "IccLeakI2c1",     "IccLeakI2c2",    "IccLeakSpi",        "IccLeakTc",
+    "IccLeakWishbone", "IccLeakUfmbits", "IccLeakDFBEFBUsed", "IccLeakAsrefb",
+    "IccLeakDsrefb",   "IccLeakPcntr",   "IccLeakConfig"};
+const std::vector<std::string> kEfbBiasTerms = {
+    "IccBiasI2c1",     "IccBiasI2c2",    "IccBiasSpi",        "IccBiasTc",
+    "IccBiasWishbone", "IccBiasUfmbits", "IccBiasDFBEFBUsed", "IccBiasAsrefb",
+    "IccBiasDsrefb",   "IccBiasPcntr",   "IccBiasConfig"};
 
 }  // namespace
 
@@ -78,16 +87,7 @@ double PC_ENG::ProcessEFBleakVccUsed(const std::string&, const Row& names, const
         terms.push_back(GetIccLeakAt("EFB", "EFB", item, 1.0, item, "VCC", names, values));
     double sum = 0.0;
     for (double t : terms) sum += t;
-    if (PD_UTIL::IsCalcLogOpen()) {
-        std::string numbers;
-        for (size_t i = 0; i < terms.size(); ++i)
-            numbers += (i ? " + " : "") + Print("%g", terms[i]);
-        PD_UTIL::FCprintln(
-            "IccLeakUsedEFB = IccLeakI2c1 + IccLeakI2c2 + IccLeakSpi + IccLeakTc + IccLeakWishbone "
-            "+ IccLeakUfmbits + IccLeakDFBEFBUsed + IccLeakAsrefb + IccLeakDsrefb + IccLeakPcntr + "
-            "IccLeakConfig = " +
-            numbers + " = " + Print("%g", sum));
-    }
+    LogTermSum("IccLeakUsedEFB", kEfbLeakTerms, terms, sum);
     return sum;
 }
 
@@ -105,16 +105,7 @@ double PC_ENG::ProcessEFBbiasVccUsed(const std::string&, const Row& names, const
         terms.push_back(GetDbiasAt("EFB", "EFB", item, "VCC", names, values));
     double sum = 0.0;
     for (double t : terms) sum += t;
-    if (PD_UTIL::IsCalcLogOpen()) {
-        std::string numbers;
-        for (size_t i = 0; i < terms.size(); ++i)
-            numbers += (i ? " + " : "") + Print("%g", terms[i]);
-        PD_UTIL::FCprintln(
-            "IccBiasUsedEFB = IccBiasI2c1 + IccBiasI2c2 + IccBiasSpi + IccBiasTc + IccBiasWishbone "
-            "+ IccBiasUfmbits + IccBiasDFBEFBUsed + IccBiasAsrefb + IccBiasDsrefb + IccBiasPcntr + "
-            "IccBiasConfig = " +
-            numbers + " = " + Print("%g", sum));
-    }
+    LogTermSum("IccBiasUsedEFB", kEfbBiasTerms, terms, sum);
     return sum;
 }
 

@@ -22,17 +22,6 @@ const char* ModelName(PC_ENG::IccModel model) {
     return names[static_cast<int>(model)];
 }
 
-// "name = term + term = %g + %g = %g" for the calculation log.
-void LogSum(const std::string& name, const std::vector<std::string>& terms,
-            const std::vector<double>& numbers, double sum) {
-    if (!PD_UTIL::IsCalcLogOpen()) return;
-    std::string line = name + " = ";
-    for (size_t i = 0; i < terms.size(); ++i) line += (i ? " + " : "") + terms[i];
-    line += " = ";
-    for (size_t i = 0; i < numbers.size(); ++i) line += (i ? " + " : "") + Print("%g", numbers[i]);
-    PD_UTIL::FCprintln(line + " = " + Print("%g", sum));
-}
-
 double Count(const char* column, const PC_ENG::Row& names, const PC_ENG::Row& values) {
     return ToNumber(RowValue(column, names, values));
 }
@@ -86,7 +75,7 @@ double PC_ENG::SumIccTerms(const std::string& logName, const std::vector<IccTerm
     if (PD_UTIL::IsCalcLogOpen()) {
         std::vector<std::string> termNames;
         for (const IccTerm& t : terms) termNames.push_back(ModelName(t.model) + t.block + t.item);
-        LogSum(logName, termNames, numbers, sum);
+        LogTermSum(logName, termNames, numbers, sum);
     }
     return sum;
 }
@@ -202,7 +191,7 @@ double PC_ENG::RoutingTerms(IccModel model, const std::string& supply, const Row
                                Print("%g", x1d + x1f));
         std::vector<std::string> terms;
         for (const char* wire : wires) terms.push_back("Icc" + kind + wire);
-        LogSum("Icc" + kind + "RoutingISB", terms, numbers, sum);
+        LogTermSum("Icc" + kind + "RoutingISB", terms, numbers, sum);
     }
     return sum;
 }
@@ -300,7 +289,7 @@ double PC_ENG::LogicStaticTerms(IccModel perElement, const std::string& panel, c
         for (size_t k = 0; k < itemCount; ++k) terms.push_back(kind + items[k].term);
         terms.push_back(kind + "DFBlogic" + tail);
         terms.push_back(kind + "ISBroutCIB" + tail);
-        LogSum(kind + "LogicRouting" + (unused ? "Unused" : "Used"), terms, numbers, sum);
+        LogTermSum(kind + "LogicRouting" + (unused ? "Unused" : "Used"), terms, numbers, sum);
     }
     return sum;
 }

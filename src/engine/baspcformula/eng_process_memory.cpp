@@ -67,11 +67,6 @@ std::string Label(const Memory& m, size_t side) {
     return m.sides.size() == 1 ? std::string(m.name) : std::string(m.name) + kSideNames[side];
 }
 
-void LogTerms(const std::string& name, const std::vector<std::string>& terms,
-              const std::vector<double>& numbers) {
-    if (PD_UTIL::IsCalcLogOpen()) PD_UTIL::FCprintln(TermSumLine(name, terms, numbers));
-}
-
 double Sum(const std::vector<double>& numbers) {
     double sum = 0.0;
     for (double n : numbers) sum += n;
@@ -103,7 +98,7 @@ double MemoryDyn(PC_ENG& eng, const Memory& m, const PC_ENG::Row& names, const P
     }
     terms.push_back("IccDynRoutingISB");
     numbers.push_back(eng.GetRoutingISBdyn(m.section, names, values, supply));
-    LogTerms("IccDyn" + std::string(m.name), terms, numbers);
+    LogTermSum("IccDyn" + std::string(m.name), terms, numbers);
     return Sum(numbers);
 }
 
@@ -130,7 +125,7 @@ double MemoryStatic(PC_ENG& eng, const Memory& m, bool leak, const PC_ENG::Row& 
     terms.push_back(kind + "RoutingISB");
     numbers.push_back(leak ? eng.GetRoutingISBleakUsed(m.section, names, values, supply)
                            : eng.GetRoutingISBbiasUsed(m.section, names, values, supply));
-    LogTerms(kind + m.name + "Used", terms, numbers);
+    LogTermSum(kind + m.name + "Used", terms, numbers);
     return Sum(numbers);
 }
 

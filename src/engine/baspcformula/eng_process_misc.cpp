@@ -64,17 +64,6 @@ bool Enabled(const char* column, const PC_ENG::Row& names, const PC_ENG::Row& va
     return RowValue(column, names, values) == "Enable";
 }
 
-// "name = term + term = %g + %g = %g"
-void LogTerms(const std::string& name, const std::vector<std::string>& terms,
-              const std::vector<double>& numbers, double sum) {
-    if (!PD_UTIL::IsCalcLogOpen()) return;
-    std::string line = name + " = ";
-    for (size_t i = 0; i < terms.size(); ++i) line += (i ? " + " : "") + terms[i];
-    line += " = ";
-    for (size_t i = 0; i < numbers.size(); ++i) line += (i ? " + " : "") + Print("%g", numbers[i]);
-    PD_UTIL::FCprintln(line + " = " + Print("%g", sum));
-}
-
 }  // namespace
 
 // ---- The member pairs --------------------------------------------------------------------
@@ -142,8 +131,8 @@ double PC_ENG::MiscPartCurrent(AlwaysOnPart part, bool leak, const std::string& 
         sum += i;
     }
     if (PD_UTIL::IsCalcLogOpen())
-        LogTerms(std::string(leak ? "IccLeakMisc" : "IccBiasMisc") + rule.name + supply + "Used",
-                 items, numbers, sum);
+        LogTermSum(std::string(leak ? "IccLeakMisc" : "IccBiasMisc") + rule.name + supply + "Used",
+                   items, numbers, sum);
     return sum;
 }
 

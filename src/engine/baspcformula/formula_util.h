@@ -14,6 +14,8 @@
 #include <system_error>
 #include <vector>
 
+#include "pd_util.h"
+
 // k * a * e^(b * 100) * count into leakOut; returns leakOut * dfb.
 double LeakageAndDFB(double count, double a, double b, double& leakOut, double dfb, double k);
 // count * d into biasOut; returns biasOut * dfb.
@@ -177,18 +179,24 @@ inline std::string LogLine(const char* format, const std::string& a, const std::
     return out;
 }
 
-// "name = term + term = n + n = sum", the summary line of a member's terms.
-inline std::string TermSumLine(const std::string& name, const std::vector<std::string>& terms,
-                               const std::vector<double>& numbers) {
+// "name = term + term = n + n = sum", the summary line of a member's terms,
+// to the calculation log when it is open.
+inline void LogTermSum(const std::string& name, const std::vector<std::string>& terms,
+                       const std::vector<double>& numbers, double sum) {
+    if (!PD_UTIL::IsCalcLogOpen()) return;
     std::string line = name + " = ";
-    double sum = 0.0;
     for (size_t i = 0; i < terms.size(); ++i) line += (i ? " + " : "") + terms[i];
     line += " = ";
-    for (size_t i = 0; i < numbers.size(); ++i) {
-        line += (i ? " + " : "") + Print("%g", numbers[i]);
-        sum += numbers[i];
-    }
-    return line + " = " + Print("%g", sum);
+    for (size_t i = 0; i < numbers.size(); ++i) line += (i ? " + " : "") + Print("%g", numbers[i]);
+    PD_UTIL::FCprintln(line + " = " + Print("%g", sum));
+}
+
+// The same with the sum of the numbers, in their order.
+inline void LogTermSum(const std::string& name, const std::vector<std::string>& terms,
+                       const std::vector<double>& numbers) {
+    double sum = 0.0;
+    for (double n : numbers) sum += n;
+    LogTermSum(name, terms, numbers, sum);
 }
 
 }  // namespace pwcformula
