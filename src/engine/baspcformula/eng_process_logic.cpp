@@ -343,6 +343,12 @@ const SelectorRow kSelectors[] = {
     {Selector::LeakUnusedVcc, "Logic Block", &PC_ENG::ProcessLogicLeakUnused},
     {Selector::BiasUnusedVcc, "Logic Block", &PC_ENG::ProcessLogicBiasUnused},
     {Selector::BiasUsedVcc, "Logic Block", &PC_ENG::ProcessLogicBiasUsedVcc},
+    {Selector::DynVcc, "Input Output", &PC_ENG::ProcessIOdynVcc},
+    {Selector::DynVcc, "Bidi", &PC_ENG::ProcessIOdynVcc},
+    {Selector::DynVccaux, "Input Output", &PC_ENG::ProcessIOdynVccaux},
+    {Selector::LeakUnusedVcc, "Input Output", &PC_ENG::ProcessIOleakVccUnused},
+    {Selector::BiasUnusedVcc, "Input Output", &PC_ENG::ProcessIObiasVccUnused},
+    {Selector::BiasUsedVcc, "Input Output", &PC_ENG::ProcessIObiasVccUsed},
 };
 
 double Select(PC_ENG& eng, Selector selector, const std::string& panel, const PC_ENG::Row& names,
