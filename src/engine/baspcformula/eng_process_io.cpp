@@ -81,11 +81,12 @@ double PC_ENG::ProcessPIOdyn(const std::string& panel, const std::string& supply
     const std::string& type = RowValue("Type", names, values);
     std::string inType = DetermineInputPIOtype(type);
     std::string outType = DetermineOutputPIOtype(type);
-    const bool singleEndOut = outType == "SingleEndOut";
     if (powerMode == 1 && !KeepsIoTypeNamesInSleep(arch)) {
         inType += "-sleep";
         outType += "-sleep";
     }
+    // A sleeping output drives no load.
+    const bool singleEndOut = outType == "SingleEndOut";
     double inBidi = bidi;
     if (IsDifferentialTrueDividedBy2(type)) {
         inCount /= 2.0;
