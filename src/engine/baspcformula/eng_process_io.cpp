@@ -23,17 +23,27 @@ bool IsIoPanel(const std::string& panel) {
     return panel == "Input Output" || panel == "Bidi";
 }
 
-void Log(const std::string& line) {
+void Log(const char* line) {
     if (PD_UTIL::IsCalcLogOpen()) PD_UTIL::FCprintln(line);
 }
 
-// "name = a + b = %g + %g = %g"
-void LogTerms(const std::string& name, const std::vector<std::string>& terms,
-              const std::vector<double>& numbers) {
+// printf to the log; nothing is formatted while it is closed.
+template <class... Args>
+void Logf(const char* format, Args... args) {
     if (!PD_UTIL::IsCalcLogOpen()) return;
+    char text[512];
+    std::snprintf(text, sizeof text, format, args...);
+    PD_UTIL::FCprintln(text);
+}
+
+// "name = a + b = %g + %g = %g", each term's name behind the prefix. The
+// caller tests that the log is open before it names the sum.
+void LogTerms(const std::string& name, const char* prefix, const std::vector<const char*>& terms,
+              const std::vector<double>& numbers) {
     std::string line = name + " = ";
     double sum = 0.0;
-    for (size_t i = 0; i < terms.size(); ++i) line += (i ? " + " : "") + terms[i];
+    for (size_t i = 0; i < terms.size(); ++i)
+        line += (i ? " + " : "") + (prefix + std::string(terms[i]));
     line += " = ";
     for (size_t i = 0; i < numbers.size(); ++i) {
         line += (i ? " + " : "") + Print("%g", numbers[i]);
@@ -115,14 +125,12 @@ double PC_ENG::ProcessPIOdyn(const std::string& panel, const std::string& supply
 
     const bool bidiRow = bidiPanel || bidi > 0.0;
     double c = cOut + cLoad;
-    char line[128];
     if (bidiPanel && CountsBidiInputCapacitance(arch)) {
         c = cInp + cOut + cLoad;
-        std::snprintf(line, sizeof line, "c%s = cInp + cOut + cLoad", supply.c_str());
+        Logf("c%s = cInp + cOut + cLoad", supply.c_str());
     } else {
-        std::snprintf(line, sizeof line, "c%s = cOut + cLoad", supply.c_str());
+        Logf("c%s = cOut + cLoad", supply.c_str());
     }
-    Log(line);
     if (!bidiRow) Log("Not bidi, hence cInp = 0.\n");
 
     auto side = [&](const std::string& item, double count, const char* label, double freq,
@@ -136,19 +144,19 @@ double PC_ENG::ProcessPIOdyn(const std::string& panel, const std::string& supply
     const double out = side(outType, outCount, "Output", outFreq, outAf, c) +
                        side(outType, bidi, "Output", outFreq, outAf, c) * (1.0 - duty);
 
-    std::vector<std::string> terms{"IccDynInp", "IccDynOut"};
+    std::vector<const char*> terms{"Inp", "Out"};
     std::vector<double> numbers{inp, out};
     if (HasIologicDynTerm(arch)) {
-        terms.push_back("IccDynIOLOGIC");
+        terms.push_back("IOLOGIC");
         numbers.push_back(ProcessIOLOGICdyn(panel, supply, names, values));
     }
     if (HasAilDynTerm(arch) && RowValue("AIL", names, values) == "Enable") {
         const double count = bidiPanel ? bidi : inCount + outCount;
-        terms.push_back("IccDynAIL");
+        terms.push_back("AIL");
         numbers.push_back(GetIccDyn(panel, "IOLOGIC", "AIL", count, "AIL", supply, outFreq, outAf,
                                     names, values, false));
     }
-    LogTerms("IccDynPIO", terms, numbers);
+    if (PD_UTIL::IsCalcLogOpen()) LogTerms("IccDynPIO", "IccDyn", terms, numbers);
     return Sum(numbers);
 }
 
@@ -176,7 +184,7 @@ double PC_ENG::PioStaticTerms(bool leak, const std::string& panel, const std::st
         outPio, outPio == "Diffout" && BankAllows(bankRow, "Allow LVDSO Shut-off", "DisableLVDS"));
     const IccModel perElement = leak ? IccModel::Leak : IccModel::Bias;
     const IccModel block = leak ? IccModel::LeakDFB : IccModel::BiasDFB;
-    const std::string kind = leak ? "IccLeak" : "IccBias";
+    const char* kind = leak ? "IccLeak" : "IccBias";
     const double in = Count("I/P", names, values);
     const double out = Count("O/P", names, values);
     const double bidi = Count("Bidi", names, values);
@@ -190,13 +198,13 @@ double PC_ENG::PioStaticTerms(bool leak, const std::string& panel, const std::st
         pins(inType, in, "input"), pins(outType, out, "output"), pins(outType, bidi, "bidi"),
         CallIccModel(block, panel, "IO", sleep ? "DCforBLOCK_sleep" : "DCforBLOCK_used",
                      in + out + bidi, "(input+output+bidi)", supply, names, values)};
-    std::vector<std::string> terms{kind + "Input", kind + "Output", kind + "Bidi", kind + "DFB"};
+    std::vector<const char*> terms{"Input", "Output", "Bidi", "DFB"};
     if (HasAilStaticTerm(arch) && RowValue("AIL", names, values) == "Enable") {
         numbers.push_back(CallIccModel(perElement, panel, "IOLOGIC", "AIL", in + out + bidi, "AIL",
                                        supply, names, values));
-        terms.push_back(kind + "AIL");
+        terms.push_back("AIL");
     }
-    LogTerms(kind + "PIO" + supply + "Used", terms, numbers);
+    if (PD_UTIL::IsCalcLogOpen()) LogTerms(kind + ("PIO" + supply) + "Used", kind, terms, numbers);
     return Sum(numbers);
 }
 
@@ -255,8 +263,12 @@ double PC_ENG::ProcessIOLOGICbiasUsed(const std::string& panel, const std::strin
 PC_ENG::Termination PC_ENG::TerminationOf(const std::string& panel, const Row& names,
                                           const Row& values, const std::string& supply, bool log) {
     Termination t;
-    auto say = [log](const std::string& line) {
+    auto say = [log](const char* line) {
         if (log) Log(line);
+    };
+    // printf to the log when this call logs.
+    auto sayf = [log](const char* format, auto... args) {
+        if (log) Logf(format, args...);
     };
     const double input = Count("I/P", names, values);
     const double output = Count("O/P", names, values);
@@ -268,7 +280,7 @@ PC_ENG::Termination PC_ENG::TerminationOf(const std::string& panel, const Row& n
     say("Termination Calculation iff vthLoad > 0 && IsDifferentialTrue(c_type) == 0 && (input > 0 "
         "|| output > 0 || bidi > 0)");
     const bool differential = IsDifferentialTrue(type);
-    say(std::string("IsDifferentialTrue(c_type) = ") + (differential ? "True" : "False"));
+    sayf("IsDifferentialTrue(c_type) = %s", differential ? "True" : "False");
     if (!(t.vthLoad > 0.0) || differential || !(input > 0 || output > 0 || bidi > 0) ||
         panel != "I/O Term")
         return t;
@@ -282,16 +294,13 @@ PC_ENG::Termination PC_ENG::TerminationOf(const std::string& panel, const Row& n
         return FindABCDusedvalueFromPwrSupply(readOn, "O/P TERMINATION", item, "", letter);
     };
     const std::string a = coef("A");
-    char text[512];
     if (a == "VCCIO") {
         t.vthPullup = t.supply;
-        std::snprintf(text, sizeof text, "vthPullup (VCCIO) from GUI is: %g\n", t.vthPullup);
-        say(text);
+        sayf("vthPullup (VCCIO) from GUI is: %g\n", t.vthPullup);
     } else if (a == "VCCAUX") {
         const std::string& vccaux = RowValue("VCCAUX", names, values);
         t.vthPullup = ToNumber(vccaux);
-        std::snprintf(text, sizeof text, "vthPullup (VCCAUX) from GUI is: %s\n", vccaux.c_str());
-        say(text);
+        sayf("vthPullup (VCCAUX) from GUI is: %s\n", vccaux.c_str());
     } else {
         t.vthPullup = ToNumber(a);
     }
@@ -303,30 +312,24 @@ PC_ENG::Termination PC_ENG::TerminationOf(const std::string& panel, const Row& n
     const double up = t.rthPullup + t.rthLoad;
     const double down = t.rthPulldown + t.rthLoad;
     t.ioh = up > 0.0 ? std::fabs(t.vthPullup - t.vthLoad) / up : 0.0;
-    std::snprintf(text, sizeof text,
-                  "IOH = |vthPullup - vthLoad| / (rthPullup + rthLoad) = |%g - %g| / (%g + %g) = "
-                  "%g\n",
-                  t.vthPullup, t.vthLoad, t.rthPullup, t.rthLoad, t.ioh);
-    say(text);
+    sayf(
+        "IOH = |vthPullup - vthLoad| / (rthPullup + rthLoad) = |%g - %g| / (%g + %g) = "
+        "%g\n",
+        t.vthPullup, t.vthLoad, t.rthPullup, t.rthLoad, t.ioh);
     t.voh = t.vthPullup - t.rthPullup * t.ioh;
-    std::snprintf(text, sizeof text, "VOH = vthPullup - rthPullup * IOH = %g - %g * %g = %g\n",
-                  t.vthPullup, t.rthPullup, t.ioh, t.voh);
-    say(text);
+    sayf("VOH = vthPullup - rthPullup * IOH = %g - %g * %g = %g\n", t.vthPullup, t.rthPullup, t.ioh,
+         t.voh);
     t.iol = down > 0.0 ? (t.vthLoad - t.vthPulldown) / down : 0.0;
-    std::snprintf(text, sizeof text,
-                  "IOL = (vthLoad - vthPulldown) / (rthPulldown + rthLoad) = (%g - %g) / (%g + %g) "
-                  "= %g\n",
-                  t.vthLoad, t.vthPulldown, t.rthPulldown, t.rthLoad, t.iol);
-    say(text);
+    sayf(
+        "IOL = (vthLoad - vthPulldown) / (rthPulldown + rthLoad) = (%g - %g) / (%g + %g) "
+        "= %g\n",
+        t.vthLoad, t.vthPulldown, t.rthPulldown, t.rthLoad, t.iol);
     t.vol = t.vthLoad - t.iol * t.rthLoad;
-    std::snprintf(text, sizeof text, "VOL = vthLoad - IOL * rthLoad = %g - %g * %g = %g\n",
-                  t.vthLoad, t.iol, t.rthLoad, t.vol);
-    say(text);
+    sayf("VOL = vthLoad - IOL * rthLoad = %g - %g * %g = %g\n", t.vthLoad, t.iol, t.rthLoad, t.vol);
     t.current =
         t.supply != 0.0 ? (((t.supply - t.voh) * t.ioh + t.vol * t.iol) / 2) / t.supply : 0.0;
-    std::snprintf(text, sizeof text, "%s = (((%g - %g) * %g + %g * %g) / 2) / %g = %g\n",
-                  "iccTermination", t.supply, t.voh, t.ioh, t.vol, t.iol, t.supply, t.current);
-    say(text);
+    sayf("%s = (((%g - %g) * %g + %g * %g) / 2) / %g = %g\n", "iccTermination", t.supply, t.voh,
+         t.ioh, t.vol, t.iol, t.supply, t.current);
     return t;
 }
 
@@ -388,7 +391,8 @@ double PC_ENG::ProcessIObiasVccioUsed(const std::string& panel, const Row& names
     if (panel != "I/O Term") return ProcessPIObiasUsed(panel, "VCCIO", names, values);
     const double drivers = Count("O/P", names, values) + Count("Bidi", names, values);
     const double i = ProcessExtOutTerm(panel, names, values) * drivers;
-    LogTerms("IccBiasIOvccioUsed", {"iccTermination * (output + bidi)"}, {i});
+    if (PD_UTIL::IsCalcLogOpen())
+        LogTerms("IccBiasIOvccioUsed", "", {"iccTermination * (output + bidi)"}, {i});
     return i;
 }
 double PC_ENG::ProcessIObiasVccauxUsed(const std::string& panel, const Row& names,
@@ -403,7 +407,8 @@ double PC_ENG::ProcessIObiasVttUsed(const std::string& panel, const Row& names, 
     const double drivers = Count("O/P", names, values) + Count("Bidi", names, values);
     const Termination t = TerminationOf(panel, names, values, "VTT", false);
     const double i = t.active ? t.iol * 0.5 * drivers : 0.0;
-    LogTerms("IccBiasIOvttUsed", {"IOL * 0.5 * (output + bidi)"}, {i});
+    if (PD_UTIL::IsCalcLogOpen())
+        LogTerms("IccBiasIOvttUsed", "", {"IOL * 0.5 * (output + bidi)"}, {i});
     return i;
 }
 
@@ -462,11 +467,12 @@ double PC_ENG::BankTerms(bool leak, const std::string& table, const Row& names, 
     const std::string& bank = RowValue("Bank", names, values);
     const int bankRow = BankRowOf(bank);
     const std::string arch = ArchName();
-    std::vector<std::string> terms;
+    const bool log = PD_UTIL::IsCalcLogOpen();
+    std::vector<const char*> terms;
     std::vector<double> numbers;
-    auto term = [&](const std::string& suffix) {
-        const std::string item = "BANK" + suffix;
-        terms.push_back(item);
+    auto term = [&](const char* suffix) {
+        const std::string item = std::string("BANK") + suffix;
+        if (log) terms.push_back(suffix);
         numbers.push_back(
             leak ? GetIccLeak(table, "IO BANK REFS", item, 1.0, item, supply, names, values)
                  : GetIccBias(table, "IO BANK REFS", item, 1.0, item, supply, names, values));
@@ -474,7 +480,7 @@ double PC_ENG::BankTerms(bool leak, const std::string& table, const Row& names, 
     // An unpowered bank draws its blank term alone.
     if (RowValue("Blank", names, values) == "Yes") {
         term("_BLANK");
-        LogTerms(std::string(leak ? "IccLeakBank" : "IccBiasBank") + supply, terms, numbers);
+        if (log) LogTerms((leak ? "IccLeakBank" : "IccBiasBank") + supply, "BANK", terms, numbers);
         return Sum(numbers);
     }
     const std::vector<bankdata>& rows = BankUseOf(bank).rows;
@@ -545,7 +551,7 @@ double PC_ENG::BankTerms(bool leak, const std::string& table, const Row& names, 
     if (!leak && any(true, [](const std::string&) { return true; }) &&
         !BankAllows(bankRow, "Slewrate", "DisableSlewrate"))
         term("_SLBIAS");
-    LogTerms(std::string(leak ? "IccLeakBank" : "IccBiasBank") + supply, terms, numbers);
+    if (log) LogTerms((leak ? "IccLeakBank" : "IccBiasBank") + supply, "BANK", terms, numbers);
     return Sum(numbers);
 }
 
@@ -593,8 +599,8 @@ double PC_ENG::ProcessJtagLeakVccioUsed(const std::string&, const Row& names, co
         GetIccLeakDFB("JTAG", "JTAG", "DCforBLOCK_used", 1.0, "JTAG", "VCCIO", names, values),
         GetIccLeak("JTAG", "JTAG", "Input", in, "JTAG_input", "VCCIO", names, values),
         GetIccLeak("JTAG", "JTAG", "Output", out, "JTAG_output", "VCCIO", names, values)};
-    LogTerms("IccLeakJtagVccioUsed", {"IccLeakJtagDFB", "IccLeakJtagInput", "IccLeakJtagOutput"},
-             numbers);
+    if (PD_UTIL::IsCalcLogOpen())
+        LogTerms("IccLeakJtagVccioUsed", "IccLeakJtag", {"DFB", "Input", "Output"}, numbers);
     return Sum(numbers);
 }
 
@@ -606,6 +612,7 @@ double PC_ENG::ProcessJtagBiasVccioUsed(const std::string&, const Row& names, co
         ToNumber(FindABCDusedvalueFromPwrSupply("VCCIO", "JTAG", "Output", "", "D"));
     const std::vector<double> numbers{0.001 * dIn * Count("Input", names, values),
                                       0.001 * dOut * Count("Output", names, values)};
-    LogTerms("IccBiasJtagVccioUsed", {"IccBiasJtagInput", "IccBiasJtagOutput"}, numbers);
+    if (PD_UTIL::IsCalcLogOpen())
+        LogTerms("IccBiasJtagVccioUsed", "IccBiasJtag", {"Input", "Output"}, numbers);
     return Sum(numbers);
 }
