@@ -1,6 +1,6 @@
-// Whole-engine timings on generated logic designs: one pass over the tabs
-// (Calculator), the fold into the summary (CalculateTotalPower), and a whole
-// Calculate with its temperature loop. The calculation log stays closed.
+// Whole-engine timings on generated logic and I/O designs: one pass over the
+// tabs (Calculator), the fold into the summary (CalculateTotalPower), and a
+// whole Calculate with its temperature loop. The calculation log stays closed.
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
@@ -46,6 +46,62 @@ struct Engine {
             std::vector<std::string> row(std::begin(cells), std::end(cells));
             logic->AddRow(row);
         }
+        Build();
+    }
+    // The demo's logic and `ioRows` I/O rows over its four banks.
+    Engine(int ioRows, bool) {
+        setenv("PWC_DATA_DIR", (DataDir() + "/devices").c_str(), 1);
+        PD_UTIL::SetRunLog(std::fopen("/dev/null", "w"));
+        project = std::make_unique<PD_DATA>();
+        project->LoadTxtFile((DataDir() + "/projects/demo.pcf").c_str());
+        auto* io = dynamic_cast<PD_TBLSECT*>(project->GetSection("Input Output"));
+        io->RemoveAllRows();
+        // Type, bank, inputs, outputs, register mode: what the banks allow.
+        struct Kind {
+            const char* type;
+            const char* bank;
+            int in, out;
+            const char* mode;
+        } const kinds[] = {{"LVCMOS33", "0", 2, 2, "none"},
+                           {"LVCMOS33-DRIVE:8mA", "0", 0, 4, "OREG"},
+                           {"LVCMOS33-DRIVE:4mA", "1", 0, 6, "none"},
+                           {"LVCMOS33", "1", 1, 0, "IREG"},
+                           {"LVCMOS18-DRIVE:8mA", "2", 0, 8, "OREG"},
+                           {"LVCMOS18", "2", 2, 1, "none"},
+                           {"LVDS25", "3", 1, 0, "none"},
+                           {"SSTL25_I", "3", 0, 1, "ODDR"}};
+        const char* clocks[] = {"clk_sys", "clk_spi", "clk_slow"};
+        for (int r = 0; r < ioRows; ++r) {
+            const Kind& k = kinds[r % 8];
+            const std::string freq = std::to_string(12 + r % 60);
+            const std::string cells[] = {"io" + std::to_string(r),
+                                         k.type,
+                                         k.bank,
+                                         std::to_string(k.in),
+                                         std::to_string(k.out),
+                                         "0",
+                                         k.mode,
+                                         freq,
+                                         std::to_string(5 + r % 25),
+                                         freq,
+                                         std::to_string(5 + r % 20),
+                                         std::to_string(4 + r % 8),
+                                         "50",
+                                         clocks[r % 3],
+                                         clocks[r % 3],
+                                         "OFF",
+                                         "0",
+                                         "0",
+                                         "0",
+                                         "0",
+                                         "0",
+                                         "0",
+                                         "0"};
+            io->AddRow(std::vector<std::string>(std::begin(cells), std::end(cells)));
+        }
+        Build();
+    }
+    void Build() {
         const char* strings[7] = {"zn2c00", "Quenra2",    "KZQ2-1200HC", "CABGA256",
                                   "2",      "Commercial", "KZQ2-1200HC"};
         eng = std::make_unique<PC_ENG>(const_cast<char**>(strings), project.get(), "Calculation",
@@ -80,6 +136,28 @@ void BM_Calculate(benchmark::State& state) {
     state.counters["peak_rss_MB"] = usage.ru_maxrss / 1024.0;
 }
 
+void BM_IoCalculatorPass(benchmark::State& state) {
+    Engine e(static_cast<int>(state.range(0)), true);
+    for (auto _ : state) e.eng->Calculator();
+    state.SetItemsProcessed(state.iterations() * state.range(0));  // rows / second
+}
+
+void BM_IoTab(benchmark::State& state) {
+    Engine e(static_cast<int>(state.range(0)), true);
+    for (auto _ : state) e.eng->IoCalculation();
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_IoCalculate(benchmark::State& state) {
+    Engine e(static_cast<int>(state.range(0)), true);
+    int passes = 0;
+    for (auto _ : state) {
+        e.eng->Calculate();
+        passes = e.eng->GetIterationCount();
+    }
+    state.counters["passes"] = passes;
+}
+
 void BM_DemoCalculate(benchmark::State& state) {
     setenv("PWC_DATA_DIR", (DataDir() + "/devices").c_str(), 1);
     PD_UTIL::SetRunLog(std::fopen("/dev/null", "w"));
@@ -96,6 +174,9 @@ void BM_DemoCalculate(benchmark::State& state) {
 BENCHMARK(BM_CalculatorPass)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_TotalPower)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Calculate)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_IoCalculatorPass)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_IoTab)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_IoCalculate)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DemoCalculate)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -19,6 +19,37 @@ struct _SUPPLY {
     std::string supply;
 };
 
+// One I/O bank of the device, from its "Bank" and "Bank PIO Cells" cells of
+// the device's "Format" row.
+struct BANKIO {
+    bool user = false;  // open to the user
+    int id = -1;
+    std::string name;  // the number as text
+    int ioCount = 0;   // bonded I/O
+    int pioCount = -1;
+    std::set<std::string> vccioTypes;
+    std::set<std::string> vccios;  // "Vccio x" rows the bank can take
+};
+bool bankidsort(const BANKIO& a, const BANKIO& b);
+
+// One I/O row in use while a bank's voltage is decided.
+struct bankdata {
+    std::string type;
+    bool hasInput = false;
+    bool hasOutput = false;
+    bool hasBidi = false;
+};
+
+// One I/O group of the termination tab.
+struct iodata {
+    std::string name;
+    int inputs = 0;
+    int outputs = 0;
+    int bidi = 0;
+    int bank = 0;
+    double frequency = 0.0;  // MHz
+};
+
 using StandbyMap = std::map<std::string, bool*>;
 
 class PC_ENG {
@@ -622,6 +653,8 @@ class PC_ENG {
                                              const std::vector<std::string>& values,
                                              const std::string& supply);
     using UnusedBuilder = void (PC_ENG::*)(PD_TABLE* total, std::vector<std::string>& out);
+    using RowVoltage = std::string (PC_ENG::*)(const std::vector<std::string>& names,
+                                               const std::vector<std::string>& values);
     struct RowLog {
         const char* head;
         const char* middle;
@@ -644,6 +677,9 @@ class PC_ENG {
         const char* leakColumn;
         const char* biasColumn;
         RowLog dynLog, leakLog, biasLog;
+        // The voltage of each row when it differs by row (a bank's VCCIO):
+        // its text, also shown in the log; null: the pass's voltage.
+        RowVoltage rowVoltage = nullptr;
     };
     // The device-wide row of what the design leaves free, on one supply.
     struct UnusedPass {
@@ -707,19 +743,265 @@ class PC_ENG {
 
     // ---- Banks (eng_banks.cpp) ---------------------------------------------
     void SetBankInformation();
+    // Parses the device's "Format" cell of "Bank" or "Bank PIO Cells":
+    // "count(id-value_id-value...)".
+    void SetBankPIOInformation(const std::string& column);
+    void SetBanksAvailableVccio();
+    void SetBankAvailableVccio(int bank);
     void BankDo();
+    int BankExistingCheck(int id) const;
+    int BankIsUserAvailable(const std::string& text) const;
+    // "Vccio x" rows the bank can take on this device.
+    std::set<std::string> GetBankAllVccios(int bank) const;
+    std::string GetBankDefaultVccio(int row, int bank) const;
+    // Voltage texts of the supply rows of a code ("33", "3.3", "1.35" ...);
+    // empty for an unknown code.
+    std::string GetVccio(const std::string& code) const;
+    // The voltage of a "Bank Voltage" row; "1.2" when its text names no VCCIO.
+    std::string GetVccioFromBank(int row) const;
+    std::string GetVtt(const std::string& code) const;
+    std::string GetVttFromVccio(const std::string& code) const;
+    // The row name ("Vccaux 3.3"); "Vccaux 1.2" falls back on "Vcc".
+    std::string GetVccaux(const std::string& code) const;
+    std::string GetVccauxFromVccio(const std::string& code) const;
+    void SetBankPowerGuard(const std::string& table, const std::string& value, int row, int column);
+    bool hasPowerGuardOn(const std::string& table, const std::string& bank) const;
+    // What the standby logic allows in an "Allow Standby" kind of cell.
+    std::string GetStandbyControl(const std::string& table, int row,
+                                  const std::string& column) const;
+    std::vector<std::string> GetStandbyOption(const std::string& table,
+                                              const std::string& column) const;
+    // The bank columns of a "Bank Voltage" row as the standby logic answers
+    // them: "Yes"/"No", "ON"/"OFF" for the power guard.
+    std::string GetBankSlewrate(int row) const;
+    std::string GetBankPusl(int row) const;
+    std::string GetBankInrd(int row) const;
+    std::string GetBankLvdso(int row) const;
+    std::string GetBankPG(int row) const;
+    const std::vector<BANKIO>& GetBanks() const { return banks; }
+    int GetNumberOfBanks() const { return numberOfBanks; }
+    PD_TABLE* GetIoTable(const char* name) const;  // a table of the "I/O" tab
+    int BankRowOf(const std::string& bank) const;  // its row of "Bank Voltage"
+    // The VCCIO code of a bank ("33", "25", "18", "15", "12", "135").
+    std::string BankVccioCode(const std::string& bank) const;
+    // Voltage texts a formula sees for the row's bank: VCCIO, and the VTT of
+    // its code ("0" without one, "-1" when the device lacks that row).
+    int IoRowSupplyCount(PD_TABLE* table) const;
+    std::vector<std::string> IoRowSupplyNames(PD_TABLE* table) const;
+    void IoRowSupplyValues(PD_TABLE* table, int row, std::string& vccio, std::string& vtt) const;
+    std::string VttVoltageOfCode(const std::string& code) const;
+    // The supply rows of a VCCIO code; empty for a code without one.
+    static std::string VttCategoryOfCode(const std::string& code);
+    static std::string VccauxCategoryOfCode(const std::string& code);
+    // Bank voltages fixed by the constraints file, and whether it is in force.
+    std::map<std::string, std::string> bankVoltageConstraints;
+    bool bankConstraintsInForce = false;
 
+  private:
+    bool BankTakesVoltage(const std::string& bank, const std::string& voltage,
+                          const std::map<std::string, std::set<std::string>>& allowed) const;
+    int GetAvailableBankid(PD_TABLE* table) const;
+    void FillBankTable(PD_TABLE* table);
+    std::string CodeOfBankRow(int row) const;
+    const BANKIO* BankRecord(const std::string& name) const;
+    std::string GetRememberType(const std::vector<bankdata>& rows, std::string& kind) const;
+    // The bank's cell allows shut-off: "Yes", or its standby key is set.
+    bool BankAllows(int row, const char* column, const char* key) const;
+    std::vector<BANKIO> banks;
+    int numberOfBanks = 0;
+
+  public:
     // ---- I/O standards (eng_io_types.cpp) ----------------------------------
-    int IotypeDesignRulecheck();
+    void GetIotypeDetailMapList(const std::string& kind);
+    const std::map<std::string, std::vector<std::pair<std::string, std::string>>>&
+    GetIotypeDetails() const {
+        return iotypeDetails;
+    }
     // 1 when the type is on the device's list of that kind: "Input",
     // "Output" or "Bidir".
     int IsOnTheListCompare(const std::string& kind, const std::string& type) const;
+    // The "Bank" text of the type in the device's list of that kind.
+    std::string GetOutBidInpVec(const std::string& type, const std::string& kind) const;
+    static std::set<std::string> GetSetintersection(const std::set<std::string>& a,
+                                                    const std::set<std::string>& b);
+    // The voltage at the pad of a terminated output row.
+    double FindSupplyVccioOutput(PD_TABLE* table, int row, double vccio);
+    // The output voltage of a standard with its drive ("LVCMOS33_8") from the
+    // fixed table; found false leaves the VCCIO.
+    static double IoTypeOutputVoltage(const std::string& standard, double vccio, bool* found);
+    static bool isLVDStype(const std::string& type);
+    bool IsDifferentialTrueDividedBy2(const std::string& type) const;
+    bool IsDifferentialTrue(const std::string& type) const;
+    bool IsSingleEnd(const std::string& type) const;
+    bool IsStandbyIoType(const std::string& type) const;
+    static bool HasOnChipTermination(const std::string& type);
+    std::string DetermindPIOType(const std::string& kind, const std::string& text) const;
+    std::string DetermineInputPIOtype(const std::string& type) const;
+    std::string DetermineOutputPIOtype(const std::string& type) const;
+    std::string DeterminePureInputPIOtype(const std::string& type) const;
+    std::string HlpConvertIOtypeBackForSC(const std::string& type, const std::string& kind) const;
+    // 1 when every bank's rows can share its voltage; complaints to DrcMessage.
+    int IotypeDesignRulecheck();
+    // Per bank in use, the "Vccio x" rows all its rows allow.
+    std::map<std::string, std::set<std::string>> BankAllowedVccios() const;
 
+  private:
+    std::map<std::string, std::vector<std::pair<std::string, std::string>>> iotypeDetails;
+
+  public:
     // ---- I/O and termination tabs (eng_io.cpp) -----------------------------
     void IoCalculation();
     void IoTermCalculation();
     void IOtermDo();
+    const std::vector<iodata>& GetIoTermData() const { return ioTermList; }
+    // Power on the VTT (tag holds "vtt") or VCCAUX supply of a code, written
+    // to the cell when the table has the column; the power in watts.
+    double HelperVttVccauxCalc(PD_TABLE* table, const std::string& code, int row,
+                               const std::string& column, const std::string& tag, const Row& names,
+                               const Row& values);
+    // The voltage texts of a row's bank for the supply passes.
+    std::string IoRowVccio(const Row& names, const Row& values);
+    std::string IoRowVtt(const Row& names, const Row& values);
 
+  private:
+    static const std::vector<SupplyPass>& IoRowPasses();
+    static const std::vector<SupplyPass>& BankRowPasses();
+    static const std::vector<SupplyPass>& TermRowPasses();
+    // The configuration bank's share of the always-on test block and JTAG.
+    void AddDeviceBlocksToBank(PD_TABLE* bankTable);
+    std::vector<iodata> ioTermList;
+
+  public:
+    // ---- Unused I/O (eng_io_unused.cpp) ------------------------------------
+    // Sum of a count column ("# I/P", "# O/P", "# Bidi", or "all") over the
+    // bank's rows of "Input Output" and "Bidi".
+    int GetBankUsedIO(const std::string& bank, const std::string& kind) const;
+    // Bonded less used; not clamped.
+    int GetBankUnusedIO(const std::string& bank) const;
+    void CalculaUnusedIOByBank();
+    // The made-up row of a bank's unused pins; bank -1: the whole device.
+    void GetArrayOfColumnUnusedNamesIO(int bank, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesIO(int bank, std::vector<std::string>& values);
+    // The type in which unused pins count.
+    const std::string& UnusedIoType() const { return baseIOType; }
+
+  private:
+    // What one pass of the unused pins covers: a bank, or the device.
+    struct UnusedIoBank {
+        std::string name;  // the bank's number; "-1" for the device
+        int bankRow = -1;  // its row of "Bank Voltage"
+        int total = 0, unused = 0;
+        std::string vccio, code;  // voltage text and VCCIO code
+    };
+    UnusedIoBank UnusedIoBankOf(int bank);
+
+  public:
+    // ---- I/O process members (baspcformula/eng_process_io.cpp) -------------
+    double ProcessPIOdyn(const std::string& panel, const std::string& supply, const Row& names,
+                         const Row& values);
+    double ProcessPIOleakUsed(const std::string& panel, const std::string& supply, const Row& names,
+                              const Row& values);
+    double ProcessPIObiasUsed(const std::string& panel, const std::string& supply, const Row& names,
+                              const Row& values);
+    double ProcessIOLOGICdyn(const std::string& panel, const std::string& supply, const Row& names,
+                             const Row& values);
+    double ProcessIOLOGICleakUsed(const std::string& panel, const std::string& supply,
+                                  const Row& names, const Row& values);
+    double ProcessIOLOGICbiasUsed(const std::string& panel, const std::string& supply,
+                                  const Row& names, const Row& values);
+    // The current of one output into its external termination ("I/O Term").
+    double ProcessExtOutTerm(const std::string& panel, const Row& names, const Row& values,
+                             const std::string& supply = "VCCIO");
+    // The termination network of a row: pull-up and pull-down of the driver
+    // against the load.
+    struct Termination {
+        bool active = false;
+        double vthPullup = 0, rthPullup = 0, vthPulldown = 0, rthPulldown = 0;
+        double rthLoad = 0, vthLoad = 0, supply = 0;
+        double ioh = 0, voh = 0, iol = 0, vol = 0, current = 0;
+    };
+    Termination TerminationOf(const std::string& panel, const Row& names, const Row& values,
+                              const std::string& supply, bool log);
+
+    double ProcessIOdynVcc(const std::string& panel, const Row& names, const Row& values,
+                           const std::string& supply);
+    double ProcessIOdynVccio(const std::string& panel, const Row& names, const Row& values,
+                             const std::string& supply);
+    double ProcessIOdynVccaux(const std::string& panel, const Row& names, const Row& values,
+                              const std::string& supply);
+    double ProcessIOdynVtt(const std::string& panel, const Row& names, const Row& values,
+                           const std::string& supply);
+    double ProcessIOleakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessIOleakVccioUsed(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessIOleakVccauxUsed(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessIOleakVttUsed(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessIObiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessIObiasVccioUsed(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessIObiasVccauxUsed(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessIObiasVttUsed(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessIOleakVccUnused(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessIOleakVccioUnused(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessIOleakVccauxUnused(const std::string& panel, const Row& names, const Row& values,
+                                     const std::string& supply);
+    double ProcessIOleakVttUnused(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessIObiasVccUnused(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessIObiasVccioUnused(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessIObiasVccauxUnused(const std::string& panel, const Row& names, const Row& values,
+                                     const std::string& supply);
+    double ProcessIObiasVttUnused(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    // A bank's own terms ("IO BANK REFS"), from its row of "Bank Voltage".
+    double ProcessBankLeak(const std::string& table, const Row& names, const Row& values,
+                           const std::string& supply);
+    double ProcessBankBias(const std::string& table, const Row& names, const Row& values,
+                           const std::string& supply);
+    double ProcessBankLeakVcc(const std::string& panel, const Row& names, const Row& values,
+                              const std::string& supply);
+    double ProcessBankLeakVccio(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessBankLeakVccaux(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessBankBiasVcc(const std::string& panel, const Row& names, const Row& values,
+                              const std::string& supply);
+    double ProcessBankBiasVccio(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessBankBiasVccaux(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessJtagLeakVccioUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessJtagBiasVccioUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+
+  private:
+    double PioStaticTerms(bool leak, const std::string& panel, const std::string& supply,
+                          const Row& names, const Row& values);
+    double ProcessIOunused(bool leak, const std::string& panel, const Row& names, const Row& values,
+                           const std::string& supply);
+    double BankTerms(bool leak, const std::string& table, const Row& names, const Row& values,
+                     const std::string& supply);
+    // The rows in use of each bank, kept for the length of one I/O tab.
+    struct BankUse {
+        std::vector<bankdata> rows;
+    };
+    const BankUse& BankUseOf(const std::string& bank);
+    void BuildBankUse();
+    std::map<std::string, BankUse> bankUseCache;
+    bool bankUseCached = false;
+
+  public:
     // ---- Device limits (eng_limits.cpp) ----------------------------------
     int DeviceHas(const std::string& key, std::string& value);
     double DeviceHas(const std::string& key);  // the count, 0 when absent

@@ -12,12 +12,18 @@ using namespace pwc;
 
 namespace {
 
-// "<head><row><middle><current> * <volts> = <power>"
-void LogRowPower(const PC_ENG::RowLog& log, int row, double current, double volts) {
+// "<head><row><middle><current> * <volts> = <power>"; a voltage read per row
+// is shown as its text.
+void LogRowPower(const PC_ENG::RowLog& log, int row, double current, double volts,
+                 const std::string* voltsText) {
     if (!PD_UTIL::IsCalcLogOpen() || !log.head) return;
     char buf[512];
-    std::snprintf(buf, sizeof buf, "%s%d%s%g%s%g%s%g\n", log.head, row, log.middle, current, " * ",
-                  volts, " = ", current * volts);
+    if (voltsText)
+        std::snprintf(buf, sizeof buf, "%s%d%s%g%s%s%s%g\n", log.head, row, log.middle, current,
+                      " * ", voltsText->c_str(), " = ", current * volts);
+    else
+        std::snprintf(buf, sizeof buf, "%s%d%s%g%s%g%s%g\n", log.head, row, log.middle, current,
+                      " * ", volts, " = ", current * volts);
     PD_UTIL::FCprintln(buf);
 }
 
@@ -139,13 +145,19 @@ void PC_ENG::RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<
     int count = 0;
     const std::vector<std::string> names = GetArrayOfColumnNames(items, &count);
     std::vector<std::string> values;
-    std::string cell;
+    std::string cell, rowVolts;
     for (int row = 0; row < items->GetNumOfRows(); ++row) {
         FillArrayOfColumnValues(items, row, values);
         InitConstants(names, values);
         for (size_t k = 0; k < active.size(); ++k) {
             const SupplyPass& p = *active[k].pass;
-            const double volts = active[k].setup.volts;
+            double volts = active[k].setup.volts;
+            const std::string* voltsText = nullptr;
+            if (p.rowVoltage) {
+                rowVolts = (this->*p.rowVoltage)(names, values);
+                volts = Num(rowVolts);
+                voltsText = &rowVolts;
+            }
             double sums[3] = {0.0, 0.0, 0.0};
             const ProcessMember members[3] = {p.dyn, p.leak, p.bias};
             const RowLog* logs[3] = {&p.dynLog, &p.leakLog, &p.biasLog};
@@ -156,7 +168,7 @@ void PC_ENG::RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<
                     if (!members[m]) continue;
                     const double i = (this->*members[m])(panel, names, values, supply);
                     sums[m] += volts * i * g;
-                    LogRowPower(*logs[m], row, i, volts);
+                    LogRowPower(*logs[m], row, i, volts, voltsText);
                 }
                 for (int m = 0; m < 3; ++m) {
                     if (!members[m]) continue;

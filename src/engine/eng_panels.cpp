@@ -372,6 +372,8 @@ std::vector<std::string> PC_ENG::GetArrayOfColumnNames(PD_TABLE* table, int* cou
         names.push_back(shortName);
     }
     ForMissingExtraNames(table, [&names](const char* name) { names.push_back(name); });
+    // The I/O rows see their bank's supplies.
+    for (const std::string& n : IoRowSupplyNames(table)) names.push_back(n);
     for (PD_TABLE* t : {GetSupplyTable(), GetPGSupplyTable()}) {
         if (!t) continue;
         for (int r = 0; r < t->GetNumOfRows(); ++r) {
@@ -407,6 +409,12 @@ void PC_ENG::FillArrayOfColumnValues(PD_TABLE* table, int row, std::vector<std::
     values.reserve(data + 16);
     for (int c = 0; c < data; ++c) put(table->GetValueAt(row, c));
     ForMissingExtraNames(table, [&put](const char*) { put("0"); });
+    if (const int io = IoRowSupplyCount(table)) {
+        std::string vccio, vtt;
+        IoRowSupplyValues(table, row, vccio, vtt);
+        put(vccio.c_str());
+        if (io > 1) put(vtt.c_str());
+    }
     for (PD_TABLE* t : {GetSupplyTable(), GetPGSupplyTable()}) {
         if (!t) continue;
         for (int r = 0; r < t->GetNumOfRows(); ++r) put(t->GetValueAt(r, 1));

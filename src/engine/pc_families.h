@@ -98,6 +98,45 @@ const char* SecondFlashItem(const std::string& device);
 // The bandgap controller: family "Quenra2" on a device without "HC".
 bool HasBandgapController(const std::string& family, const std::string& device);
 
+// I/O architectures --------------------------------------------------------
+
+// Architectures whose I/O types map to the PIO types "SingleEndIn_<code>",
+// "SingleEndOut", "Diffin", "Diffout" of their power data.
+bool HasPioTypeNames(const std::string& arch);
+// Architectures that classify an I/O type by its standard alone (the first
+// token) and look up the output voltage of the standard with its drive.
+bool ClassifiesIoByStandard(const std::string& arch);
+// Architectures with the long list of true differential standards.
+bool HasTrueDifferentialList(const std::string& arch);
+// Architectures that count a true differential input pair as one input.
+bool HalvesTrueDifferentialInputs(const std::string& arch);
+// Architectures whose I/O types are converted back to the device's own
+// spelling of attributes.
+bool ConvertsIoTypesBack(const std::string& arch);
+// Architectures whose pure input types merge with the family's defaults.
+bool MergesPureInputTypes(const std::string& arch);
+// Architectures whose I/O types keep their names in sleep (no "-sleep").
+bool KeepsIoTypeNamesInSleep(const std::string& arch);
+// Architectures whose I/O rows add the register term of "IOLOGIC".
+bool HasIologicDynTerm(const std::string& arch);
+// Architectures with the "AIL" item of "IOLOGIC": in the dynamic current,
+// and in the static currents.
+bool HasAilDynTerm(const std::string& arch);
+bool HasAilStaticTerm(const std::string& arch);
+// Architectures whose bidirectional rows also switch the input capacitance.
+bool CountsBidiInputCapacitance(const std::string& arch);
+// Architectures that read the termination coefficients on "VCCIO".
+bool ReadsTerminationOnVccio(const std::string& arch);
+// Banks the user cannot reach are listed and counted on these architectures
+// and packages.
+bool ListsUnreachableBanks(const std::string& arch, const std::string& package);
+// Architectures whose differential input bank term has a standby form.
+bool HasBankDiffInputStandby(const std::string& arch);
+// Architectures with the bank term of bidirectional differential pairs.
+bool HasBidiDiffBankTerm(const std::string& arch);
+// Families whose "Bank Voltage" rows show the power guard ("PG").
+bool HasPowerGuardColumn(const std::string& family);
+
 }  // namespace pwc
 
 #endif

@@ -341,6 +341,12 @@ const SelectorRow kSelectors[] = {
     {Selector::LeakUnusedVcc, "DQSCNTL", &PC_ENG::ProcessDQSCNTLleakUnused},
     {Selector::BiasUnusedVcc, "DQSCNTL", &PC_ENG::ProcessDQSCNTLbiasUnused},
     {Selector::BiasUsedVcc, "DQSCNTL", &PC_ENG::ProcessDQSCNTLbiasVccUsed},
+    {Selector::DynVcc, "Input Output", &PC_ENG::ProcessIOdynVcc},
+    {Selector::DynVcc, "Bidi", &PC_ENG::ProcessIOdynVcc},
+    {Selector::DynVccaux, "Input Output", &PC_ENG::ProcessIOdynVccaux},
+    {Selector::LeakUnusedVcc, "Input Output", &PC_ENG::ProcessIOleakVccUnused},
+    {Selector::BiasUnusedVcc, "Input Output", &PC_ENG::ProcessIObiasVccUnused},
+    {Selector::BiasUsedVcc, "Input Output", &PC_ENG::ProcessIObiasVccUsed},
 };
 
 double Select(PC_ENG& eng, Selector selector, const std::string& panel, const PC_ENG::Row& names,
