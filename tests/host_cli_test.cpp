@@ -403,6 +403,79 @@ TEST_F(HostTest, EditsMoveTheResult) {
               Supply(base, "Vcc")["static_w"].get<double>());
 }
 
+// ---- Banks and the I/O ---------------------------------------------------------
+
+const Json& BankOf(const Json& report, int bank) {
+    for (const Json& b : report["banks"])
+        if (b["bank"] == bank) return b;
+    static const Json none = Json::object();
+    ADD_FAILURE() << "no bank " << bank;
+    return none;
+}
+
+// The banks as the design places its I/O: each bank's voltage is one that
+// all its rows allow, its used count the sum of its rows' pins.
+TEST_F(HostTest, BanksShowTheirVoltageAndUse) {
+    const Json j = Calc(kDemo);
+    ASSERT_GE(j["banks"].size(), 3u);
+    int used = 0;
+    for (const Json& b : j["banks"]) {
+        const std::string vccio = b["vccio"].get<std::string>();
+        ASSERT_EQ(vccio.rfind("Vccio ", 0), 0u) << vccio;
+        EXPECT_EQ(b["voltage"].get<double>(), std::strtod(vccio.c_str() + 6, nullptr));
+        EXPECT_LE(b["used_io"].get<int>(), b["bonded_io"].get<int>());
+        used += b["used_io"].get<int>();
+        // Every bank's supply is a rail of the summary.
+        EXPECT_TRUE(Supply(j, vccio).is_object());
+    }
+    EXPECT_GT(used, 0);
+    // The UART and SPI pins (bank 0) run at 3.3 V, the LCD bus (bank 2) at 1.8 V.
+    EXPECT_EQ(BankOf(j, 0)["vccio"], "Vccio 3.3");
+    EXPECT_EQ(BankOf(j, 2)["vccio"], "Vccio 1.8");
+    EXPECT_GT(Supply(j, "Vccio 3.3")["total_w"].get<double>(), 0.0);
+    EXPECT_GT(Supply(j, "Vccio 1.8")["total_w"].get<double>(), 0.0);
+    EXPECT_GT(Block(j, "I/O"), 0.0);
+
+    const Result text = Pwc({"calc", kDemo});
+    ASSERT_EQ(text.code, 0) << text.err;
+    EXPECT_NE(text.out.find("\nBanks\n   Bank  VCCIO (V)  I/O used  Bonded\n"), std::string::npos)
+        << text.out;
+
+    // Moving an output's frequency moves its bank's rail, not another's.
+    const Json faster = Calc(kDemo, {"--set", "I/O/Input Output/uart/Output Freq. (MHz)=96"});
+    EXPECT_GT(Supply(faster, "Vccio 3.3")["dynamic_w"].get<double>(),
+              Supply(j, "Vccio 3.3")["dynamic_w"].get<double>());
+    EXPECT_EQ(Supply(faster, "Vccio 1.8")["dynamic_w"], Supply(j, "Vccio 1.8")["dynamic_w"]);
+}
+
+// A bank whose rows allow no common voltage, or whose voltage its rows do
+// not allow, is a design-rule failure: exit 3, one message for the bank, and
+// the numbers all the same.
+TEST_F(HostTest, ABankConflictIsReportedWithItsOwnExitCode) {
+    const struct {
+        const char* set;
+        const char* message;
+    } cases[] = {
+        {"I/O/Input Output/spi_miso/Type=LVCMOS18", "There is VCCIO voltage conflict in bank 0."},
+        {"I/O/Bank Voltage/2/Voltage=Vccio 3.3", "There is VCCIO voltage conflict in bank 2."},
+    };
+    for (const auto& c : cases) {
+        const Result r = Pwc({"calc", kDemo, "--json", "--set", c.set});
+        EXPECT_EQ(r.code, pwchost::kExitDesignRule) << c.set << r.err;
+        EXPECT_EQ(r.err, "");
+        const Json j = Json::parse(r.out);
+        EXPECT_EQ(j["messages"], Json::array({c.message})) << c.set;
+        EXPECT_GT(j["total_power_w"].get<double>(), 0.0);
+
+        const Result text = Pwc({"calc", kDemo, "--set", c.set});
+        EXPECT_EQ(text.code, pwchost::kExitDesignRule);
+        EXPECT_NE(text.out.find(std::string("\nMessages\n   ") + c.message + "\n"),
+                  std::string::npos)
+            << text.out;
+    }
+    EXPECT_EQ(Calc(kDemo)["messages"], Json::array());
+}
+
 // ---- Saving, new projects, conversion ------------------------------------------
 
 TEST_F(HostTest, SavedProjectsGiveTheSameResult) {

@@ -167,9 +167,17 @@ struct TabResult {
     std::vector<TabTable> tables;
 };
 
+// One I/O bank: its number, the VCCIO row chosen for it ("Vccio 3.3"), the
+// I/O the design places in it and the I/O bonded out in the package.
+struct BankResult {
+    std::string bank, vccio;
+    int used = 0, bonded = 0;
+};
+
 struct Report {
     DeviceInfo device;
     std::string process, ambient;
+    std::vector<BankResult> banks;
     std::vector<SupplyResult> supplies;
     SupplyResult supplyTotal;
     std::vector<std::pair<std::string, std::string>> blocks;  // name, watts

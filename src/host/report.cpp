@@ -65,6 +65,12 @@ Json NumberOrText(const std::string& text) {
     return text;
 }
 
+// "Vccio 3.3" -> "3.3"; another text as it is.
+std::string BankVolts(const std::string& vccio) {
+    const std::string head = "Vccio ";
+    return vccio.compare(0, head.size(), head) == 0 ? vccio.substr(head.size()) : vccio;
+}
+
 std::vector<std::string> SupplyCells(const SupplyResult& s) {
     return {s.name, s.voltage, s.w[0], s.w[1], s.w[2], s.a[0], s.a[1], s.a[2]};
 }
@@ -86,6 +92,20 @@ Report CollectReport(PC_ENG& engine, const DeviceInfo& device) {
     report.device = device;
     report.process = engine.GetProcessType();
     report.ambient = engine.AmbientTemperature;
+
+    if (PD_TABLE* banks = engine.GetIoTable("Bank Voltage")) {
+        const int bankCol = banks->GetColumnIndex("Bank");
+        const int voltCol = banks->GetColumnIndex("Voltage");
+        for (int r = 0; r < banks->GetNumOfRows(); ++r) {
+            BankResult b;
+            b.bank = banks->GetValueAt(r, bankCol);
+            b.vccio = banks->GetValueAt(r, voltCol);
+            b.used = engine.GetBankUsedIO(b.bank, "all");
+            for (const BANKIO& record : engine.GetBanks())
+                if (record.name == b.bank) b.bonded = record.ioCount;
+            report.banks.push_back(b);
+        }
+    }
 
     const PD_TABLE* vdpm = engine.GetSupplyTable();
     const PD_TABLE* power = engine.GetPowerTable();
@@ -189,6 +209,15 @@ void PrintReport(const Report& r, std::ostream& out) {
         device.Add({key, Shown(value)});
     device.Print(out);
 
+    if (!r.banks.empty()) {
+        out << "\nBanks\n";
+        TextTable banks({"Bank", "VCCIO (V)", "I/O used", "Bonded"});
+        for (const BankResult& b : r.banks)
+            banks.Add({b.bank, Shown(BankVolts(b.vccio)), std::to_string(b.used),
+                       std::to_string(b.bonded)});
+        banks.Print(out);
+    }
+
     out << "\nSupplies\n";
     std::vector<std::string> head{"Supply", "Voltage (V)"};
     for (const char* unit : {"W", "A"})
@@ -253,6 +282,16 @@ std::string ReportJson(const Report& r) {
                    {"operating", d.operating}, {"arch", d.arch},
                    {"part_name", d.partName},  {"design_name", d.designName},
                    {"process", r.process},     {"ambient_c", Number(r.ambient)}};
+    j["banks"] = Json::array();
+    for (const BankResult& b : r.banks) {
+        const bool whole =
+            !b.bank.empty() && b.bank.find_first_not_of("0123456789") == std::string::npos;
+        j["banks"].push_back({{"bank", whole ? Json(std::stoi(b.bank)) : Json(b.bank)},
+                              {"vccio", b.vccio},
+                              {"voltage", Number(BankVolts(b.vccio))},
+                              {"used_io", b.used},
+                              {"bonded_io", b.bonded}});
+    }
     j["supplies"] = Json::array();
     for (const SupplyResult& s : r.supplies) j["supplies"].push_back(SupplyJson(s));
     Json total = SupplyJson(r.supplyTotal);
