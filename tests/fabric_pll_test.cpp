@@ -133,6 +133,10 @@ TEST(PllTwelveVolt, VccTwelveIsInTheBlockButNotInItsSupplyRow) {
     EXPECT_NEAR(Cell(pll, 0, "Dyn. VCC12 Pwr (W)"), 0.5e-12 * 1.2 * kVco * 1.2, 1e-12);
     EXPECT_NEAR(Cell(pll, 0, "Dyn. VCCPLL Pwr (W)"), 2e-12 * 1.8 * kVco * 1.8, 1e-12);
     EXPECT_NEAR(Cell(pll, 0, "DCbias VCC12 Pwr (W)"), 0.1e-3 * 1.2, 1e-15);
+    // Leakage is never negative, on VCC12 as on the other supplies.
+    for (const char* column :
+         {"Leakage VCC Pwr (W)", "Leakage VCCPLL Pwr (W)", "Leakage VCC12 Pwr (W)"})
+        EXPECT_GT(Cell(pll, 0, column), 0.0) << column;
     EXPECT_NE(log.find("PowerDynPLLvcc12 row(0) = idxDynPLLvcc12 * vcc12 = "), std::string::npos);
     EXPECT_NE(log.find("PLL uses Fvco=Freq*N*V/M=2.5e+07*4*8/1=8e+08"), std::string::npos);
     // Written to the matrix under "Vcc12", a row it lacks: the Vcc1.2 supply

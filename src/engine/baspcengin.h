@@ -657,7 +657,7 @@ class PC_ENG {
                                                const std::vector<std::string>& values);
     struct RowLog {
         const char* head;
-        const char* middle;
+        const char* middle;  // null: the line names no row
     };
     // When a supply pass runs: always, when the summary has its voltage
     // supply, or when its `.pwr` section lists its member supply.

@@ -13,12 +13,16 @@ using namespace pwc;
 namespace {
 
 // "<head><row><middle><current> * <volts> = <power>"; a voltage read per row
-// is shown as its text.
+// is shown as its text. Without a middle the line names no row, as for a
+// block the device has once.
 void LogRowPower(const PC_ENG::RowLog& log, int row, double current, double volts,
                  const std::string* voltsText) {
     if (!PD_UTIL::IsCalcLogOpen() || !log.head) return;
     char buf[512];
-    if (voltsText)
+    if (!log.middle)
+        std::snprintf(buf, sizeof buf, "%s%g%s%g%s%g\n", log.head, current, " * ", volts, " = ",
+                      current * volts);
+    else if (voltsText)
         std::snprintf(buf, sizeof buf, "%s%d%s%g%s%s%s%g\n", log.head, row, log.middle, current,
                       " * ", voltsText->c_str(), " = ", current * volts);
     else
@@ -135,8 +139,9 @@ void PC_ENG::RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<
                           ColumnOf(items, p.leakColumn), ColumnOf(items, p.biasColumn)});
     }
     const int plainCol = items->GetColumnIndex("Dyn. Pwr (W)");
+    // "Dyn. Pwr (W)" sums the passes' columns whether or not they ran.
     std::vector<int> dynColumns;
-    for (const Active& a : active) AddOnce(dynColumns, a.dynCol);
+    for (const SupplyPass& p : passes) AddOnce(dynColumns, ColumnOf(items, p.dynColumn));
     // The power-gated supply is off in sleep; its currents are still worked out.
     auto gate = [this](const std::string& supply) {
         return supply == "VCCPG" && powerMode == 1 ? 0.0 : 1.0;

@@ -177,14 +177,15 @@ const std::vector<E::SupplyPass>& JtagPasses() {
          "Dyn. VCCJ Pwr (W)",
          "Leakage VCCJ Pwr (W)",
          "DCbias VCCJ Pwr (W)",
-         {"PowerDynVccj row(", ") = IccDynMiscVccj * vccj = "},
-         {"PowerLeakVccj row(", ") = IccLeakMiscVccjUsed * vccj = "},
-         {"PowerBiasVccj row(", ") = IccBiasMiscVccjUsed * vccj = "}}};
+         // The port's lines name no row: it is the device's one JTAG port.
+         {"PowerDynVccj = IccDynMiscVccj * vccj = ", nullptr},
+         {"PowerLeakVccj = IccLeakMiscVccjUsed * vccj = ", nullptr},
+         {"PowerBiasVccj = IccBiasMiscVccjUsed * vccj = ", nullptr}}};
     return passes;
 }
 
 // The always-on parts on the device-wide row, one pass per column group of
-// "Total Misc". VCCIO goes at the voltage of "Vccio", or else of "Vccio 1.2".
+// "Total Misc". VCCIO goes at the voltage of "Vccio 1.2".
 std::vector<E::UnusedPass> DeviceWidePasses(const char* vccio) {
     using I = E::PassIf;
     return {
@@ -258,11 +259,11 @@ void PC_ENG::MiscCalculation() {
     }
     PD_TABLE* jtag = TableOf(panel, "JTAG");
     if (jtag && HasSupply("Vccj")) {
-        RunFrameRows("JTAG", jtag, JtagPasses(), PlainDyn::None);
+        RunFrameRows("JTAG", jtag, JtagPasses(), PlainDyn::SumPasses);
         items.push_back({jtag, &JtagPasses()});
     }
 
-    const char* vccio = HasSupply("Vccio") ? "Vccio" : "Vccio 1.2";
+    const char* vccio = "Vccio 1.2";
     RunFrameUnused("Misc", total, &PC_ENG::GetArrayOfColumnUnusedNamesMiscTotal,
                    &PC_ENG::GetArrayOfColumnUnusedValuesMiscTotal, DeviceWidePasses(vccio));
 
@@ -398,7 +399,7 @@ void PC_ENG::GetArrayOfColumnUnusedValuesMiscTotal(PD_TABLE*, std::vector<std::s
     }
     values.push_back(StandbyOf(misc, "POR"));
     values.push_back(StandbyOf(misc, "BANDGAP"));
-    const std::string vccio = HasSupply("Vccio") ? "Vccio" : "Vccio 1.2";
+    const std::string vccio = "Vccio 1.2";
     for (const WideSupply& s : kWideSupplies) {
         values.push_back(GetVDPMCategory(s.summary ? s.summary : vccio, "Voltage", "-1"));
         if (std::strcmp(s.name, "VPP2V5") == 0) values.push_back(GetVDPM("Vcc", "DPM"));

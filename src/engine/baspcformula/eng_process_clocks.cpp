@@ -295,10 +295,7 @@ double PC_ENG::HlpProcessClocksBiasDFB(const std::string& mode, const std::strin
                                        const Row& values) {
     double sum = 0.0;
     for (const BlockCount& b : BlockCounts(*this, mode, kind, names, values))
-        sum += mode == "used" ? GetIccBiasDFB("Clocks", "Clocks", item, b.count, b.column, "VCC",
-                                              names, values)
-                              : GetIccBiasDFBUnused("Clocks", "Clocks", item, b.count, b.column,
-                                                    "VCC", names, values);
+        sum += GetIccBiasDFB("Clocks", "Clocks", item, b.count, b.column, "VCC", names, values);
     return sum;
 }
 

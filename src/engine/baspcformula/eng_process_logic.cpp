@@ -336,6 +336,7 @@ const SelectorRow kSelectors[] = {
     {Selector::BiasUnusedVcc, "SP RAM", &PC_ENG::ProcessBlockRAMbiasUnused},
     {Selector::BiasUnusedVcc, "Clocks", &PC_ENG::ProcessClocksBiasUnused},
     {Selector::DynVcc, "PLL", &PC_ENG::ProcessPLLdynVcc},
+    {Selector::DynVcc, "Total Power Misc", &PC_ENG::ProcessMiscDynVcc},
     {Selector::BiasUsedVcc, "PLL", &PC_ENG::ProcessPLLbiasVccUsed},
     {Selector::DynVccaux, "DQS", &PC_ENG::ProcessDQSdynVccaux},
     {Selector::LeakUnusedVcc, "DQSCNTL", &PC_ENG::ProcessDQSCNTLleakUnused},

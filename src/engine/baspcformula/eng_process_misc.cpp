@@ -226,8 +226,12 @@ static double AlwaysOnVcc(PC_ENG& eng, bool leak, const PC_ENG::Row& names,
     const double gbuf = pwc::LeavesGlobalBuffersToVccpg(eng.ArchName()) ? 0.0 : part(Part::Gbuf);
     const double numbers[] = {regulator, flash,      config, shiftregs, refs,     iref,
                               misc,      additional, serdes, dqs,       pwrswitch};
-    double sum = manager + gbuf;
-    for (double n : numbers) sum += n;
+    // Summed in the order of the steps: the manager, the DQS and SERDES left
+    // free, the member pairs, the FABA and DSP left free, the global buffers.
+    const double ordered[] = {manager, dqs,  serdes, regulator, flash,      config, shiftregs,
+                              refs,    iref, misc,   pwrswitch, additional, gbuf};
+    double sum = 0.0;
+    for (double n : ordered) sum += n;
     if (log) {
         std::string kind = leak ? "Leak" : "Bias";
         std::string line = "Icc" + kind + "TotalMiscUsed = ";
@@ -278,14 +282,10 @@ double PC_ENG::ProcessMiscLeakVccpgUsed(const std::string&, const Row& names, co
     return AlwaysOnOther(*this, true, "VCCPG", names, values);
 }
 
-// The gated parts are off in sleep; their currents are still worked out.
 double PC_ENG::ProcessMiscLeakTotalAllUsed(const std::string& panel, const Row& names,
                                            const Row& values, const std::string& supply) {
     double sum = ProcessMiscLeakVccUsed(panel, names, values, supply);
-    if (HasSupply("Vccpg")) {
-        const double gated = ProcessMiscLeakVccpgUsed(panel, names, values, "VCCPG");
-        if (powerMode != 1) sum += gated;
-    }
+    if (HasSupply("Vccpg")) sum += ProcessMiscLeakVccpgUsed(panel, names, values, "VCCPG");
     return sum;
 }
 
@@ -354,13 +354,16 @@ double PC_ENG::ProcessMiscDynVccj(const std::string&, const Row& names, const Ro
                        "VCCJ", names, values);
 }
 
+// The port's block once, then its pins.
 double PC_ENG::ProcessMiscLeakVccjUsed(const std::string&, const Row& names, const Row& values,
                                        const std::string&) {
-    return SumIccTerms("IccLeakMiscVccjUsed",
-                       {{M::LeakDFB, "JTAG", "JTAG", "DCforBLOCK_used", "JTAG", "JTAG"},
-                        {M::Leak, "JTAG", "JTAG", "Input", "Input", "JTAG_input"},
-                        {M::Leak, "JTAG", "JTAG", "Output", "Output", "JTAG_output"}},
-                       "VCCJ", names, values);
+    const std::vector<double> numbers{
+        GetIccLeakDFB("JTAG", "JTAG", "DCforBLOCK_used", 1.0, "JTAG", "VCCJ", names, values),
+        GetIccLeak("JTAG", "JTAG", "Input", "Input", "JTAG_input", "VCCJ", names, values),
+        GetIccLeak("JTAG", "JTAG", "Output", "Output", "JTAG_output", "VCCJ", names, values)};
+    LogTermSum("IccLeakMiscVccjUsed",
+               {"IccLeakDFBJtagVccj", "IccLeakJtagInputVccj", "IccLeakJtagOutputVccj"}, numbers);
+    return numbers[0] + numbers[1] + numbers[2];
 }
 
 // The pins' bias is their coefficient D times their counts.

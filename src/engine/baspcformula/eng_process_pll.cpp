@@ -32,8 +32,6 @@ using M = PC_ENG::IccModel;
 
 double PC_ENG::ProcessPLLdynVcc(const std::string&, const Row& names, const Row& values,
                                 const std::string&) {
-    const std::string& output = RowValue("Output Clock Name", names, values);
-    if (PD_UTIL::IsCalcLogOpen()) PD_UTIL::FCprintln("PLL output clock: " + output);
     const char* item = Standby(names, values) ? "PLL_standby"
                        : powerMode == 1       ? "PLL_sleep"
                                               : "PLL";
