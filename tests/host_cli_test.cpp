@@ -403,6 +403,36 @@ TEST_F(HostTest, EditsMoveTheResult) {
               Supply(base, "Vcc")["static_w"].get<double>());
 }
 
+// An edit of one tab's row moves that tab's block; the others move only by
+// the leakage of a junction a little warmer.
+TEST_F(HostTest, EachTabsEditMovesItsOwnBlock) {
+    const Json base = Calc(kDemo);
+    const struct {
+        const char* set;
+        const char* block;
+    } cases[] = {
+        {"Clocks/Clocks/clk_sys/Freq. (MHz)=96", "Clocks"},
+        {"Block RAM/SP RAM/coef_rom/Freq. (MHz)=96", "Block RAM"},
+        {"PLL/PLL/pll_sys/Freq. (MHz)=24", "PLL"},
+        {"Misc/CLKDIV/clk_sys/Freq. (MHz)=96", "Other"},
+        {"EFB/TC/0/Freq. (MHz)=48", "EFB"},
+        {"I/O Term/Termination/sdram_clk/Rth (Ohm)=25", "I/O"},
+        {"I/O/Bidi/i2c_sensor/Freq. (MHz)=1", "I/O"},
+    };
+    for (const auto& c : cases) {
+        const Json edited = Calc(kDemo, {"--set", c.set});
+        for (const Json& b : base["blocks"]) {
+            const std::string name = b["name"];
+            if (name == c.block)
+                EXPECT_GT(Block(edited, name), b["total_w"].get<double>()) << c.set;
+            else
+                EXPECT_NEAR(Block(edited, name), b["total_w"].get<double>(),
+                            2e-6 + 0.01 * b["total_w"].get<double>())
+                    << c.set << " " << name;
+        }
+    }
+}
+
 // ---- Banks and the I/O ---------------------------------------------------------
 
 const Json& BankOf(const Json& report, int bank) {
