@@ -496,15 +496,17 @@ double PC_ENG::IoTypeOutputVoltage(const std::string& standard, double vccio, bo
     return vccio;
 }
 
-// The standard with its drive is looked up on every architecture: the PIO
-// types of the others name no standard of the table.
+// The table holds standards with their drive: the architectures that
+// classify by the standard look that up, the others their output PIO type.
 double PC_ENG::FindSupplyVccioOutput(PD_TABLE* table, int row, double vccio) {
     if (!table) return vccio;
     const std::string type = table->GetValueAt(row, table->GetColumnIndex("Type"));
     const double rth = Num(table->GetValueAt(row, table->GetColumnIndex("Rth (Ohm)")));
     const int outputs = Count(table, row, "# O/P") + Count(table, row, "# Bidi");
     if (!(rth > 0.0) || IsDifferentialTrue(type) || outputs <= 0) return vccio;
-    return IoTypeOutputVoltage(StandardWithDrive(type), vccio, nullptr);
+    const std::string output =
+        ClassifiesIoByStandard(ArchName()) ? StandardWithDrive(type) : DetermineOutputPIOtype(type);
+    return IoTypeOutputVoltage(output, vccio, nullptr);
 }
 
 // ---- The bank voltage rule ------------------------------------------------------
