@@ -164,8 +164,9 @@ INSTANTIATE_TEST_SUITE_P(
         ChoiceCase{"AllowedVoltageStays", {{"LVCMOS25", 3, 0}}, "Vccio 3.3", "Vccio 3.3"},
         // "(1.5)_1.8": otherwise the preferred one.
         ChoiceCase{"PreferredInParentheses", {{"LVCMOS15", 1, 0}}, "Vccio 3.3", "Vccio 1.5"},
-        // "ALL_2.5" takes any voltage of the bank.
-        ChoiceCase{"AllKeepsTheCell", {{"LVDS25", 1, 0}}, "Vccio 1.8", "Vccio 1.8"},
+        // "ALL_2.5" takes what the bank's record allows, and that is what
+        // LVDS25 allows on each list it stands on: its output's "(2.5)".
+        ChoiceCase{"AllTakesTheRecordsSet", {{"LVDS25", 1, 0}}, "Vccio 1.8", "Vccio 2.5"},
         // The output decides; the input's "2.5_(3.3)" admits it.
         ChoiceCase{"OutputBeforeInput",
                    {{"LVCMOS33", 1, 0}, {"LVCMOS25", 0, 1}},
@@ -176,12 +177,22 @@ INSTANTIATE_TEST_SUITE_P(
                    {{"LVCMOS15", 1, 0}, {"SSTL18_I", 2, 0}},
                    "Vccio 3.3",
                    "Vccio 1.8"},
-        // A drive the list lacks keeps the voltages of its standard.
-        ChoiceCase{"UnlistedDrive", {{"LVCMOS18-DRIVE:5mA", 0, 1}}, "Vccio 3.3", "Vccio 1.8"},
+        // A drive the list lacks sets no bound: the cell stays.
+        ChoiceCase{"UnlistedDrive", {{"LVCMOS18-DRIVE:5mA", 0, 1}}, "Vccio 3.3", "Vccio 3.3"},
         // A bank without rows in use keeps a voltage it can take.
         ChoiceCase{"UnusedBankKeepsItsVoltage", {}, "Vccio 1.5", "Vccio 1.5"},
         ChoiceCase{"UnusedBankTakesTheDefault", {}, "Vccio 9.9", "Vccio 3.3"}),
     [](const auto& info) { return std::string(info.param.name); });
+
+TEST_F(IoDesign, AllVoltagesOfABankAreThoseOfItsRecord) {
+    AddRow(Io(), {{"Type", "LVCMOS18"}, {"Bank", "1"}, {"# O/P", "2"}});
+    eng->BankDo();
+    // LVCMOS18 stands on all three lists; its output allows 1.8 V alone.
+    EXPECT_EQ(eng->GetBankAllVccios(1), (std::set<std::string>{"Vccio 1.8"}));
+    // A bank without rows keeps the device's five; no record, nothing.
+    EXPECT_EQ(eng->GetBankAllVccios(2).size(), 5u);
+    EXPECT_TRUE(eng->GetBankAllVccios(9).empty());
+}
 
 // ---- Conflicts ------------------------------------------------------------------------
 
@@ -218,6 +229,43 @@ TEST_F(IoDesign, AVoltageTheRowsRefuseIsAConflict) {
     EXPECT_EQ(eng->IotypeDesignRulecheck(), 1);
 }
 
+// One allowed text a row: an output's, replaced by the input's when the row
+// has inputs too; the bidirectional pins of "Input Output" play no part.
+struct RowTextCase {
+    const char* name;
+    const char* type;
+    int inputs, outputs, bidi;
+    const char* voltage;
+    int result;
+};
+
+class OneTextPerRow : public IoDesign, public ::testing::WithParamInterface<RowTextCase> {};
+
+TEST_P(OneTextPerRow, DecidesTheCheck) {
+    const RowTextCase& c = GetParam();
+    AddRow(Io(), {{"Type", c.type},
+                  {"Bank", "1"},
+                  {"# I/P", std::to_string(c.inputs)},
+                  {"# O/P", std::to_string(c.outputs)},
+                  {"# Bidi", std::to_string(c.bidi)}});
+    SetBank("1", c.voltage);
+    eng->DrcErrorCount = 0;
+    EXPECT_EQ(eng->IotypeDesignRulecheck(), c.result);
+    EXPECT_EQ(eng->DrcMessage, c.result ? "" : "There is VCCIO voltage conflict in bank 1.\n");
+}
+
+// LVCMOS33: output "(3.3)", input "2.5_(3.3)", bidirectional "(3.3)".
+INSTANTIATE_TEST_SUITE_P(
+    Rows, OneTextPerRow,
+    ::testing::Values(RowTextCase{"OutputAlone", "LVCMOS33", 0, 1, 0, "Vccio 2.5", 0},
+                      RowTextCase{"InputAlone", "LVCMOS33", 1, 0, 0, "Vccio 2.5", 1},
+                      RowTextCase{"InputReplacesOutput", "LVCMOS33", 1, 1, 0, "Vccio 2.5", 1},
+                      RowTextCase{"InputTextStillBinds", "LVCMOS33", 1, 1, 0, "Vccio 1.8", 0},
+                      // LVCMOS25 bidirectional pins would ask for "(2.5)".
+                      RowTextCase{"BidiPinsPlayNoPart", "LVCMOS25", 0, 0, 3, "Vccio 3.3", 1},
+                      RowTextCase{"BidiBesideAnInput", "LVCMOS33", 1, 0, 3, "Vccio 2.5", 1}),
+    [](const auto& info) { return std::string(info.param.name); });
+
 TEST_F(IoDesign, RowsWithoutPinsOrWithUnknownTypesSetNoBound) {
     AddRow(Io(), {{"Type", "LVCMOS18"}, {"Bank", "0"}});  // no pins
     AddRow(Io(), {{"Type", "NOSUCH33"}, {"Bank", "0"}, {"# O/P", "2"}});
@@ -239,7 +287,8 @@ TEST_F(IoDesign, ConstraintsFixVoltagesAndReportWhatTheyCannot) {
     eng->DrcMessage.clear();
     eng->BankDo();
     EXPECT_EQ(BankVoltage("1"), "Vccio 1.8");
-    EXPECT_EQ(BankVoltage("2"), "Vccio 3.3");
+    // Written as the file says, then reported.
+    EXPECT_EQ(BankVoltage("2"), "Vccio 5.0");
     EXPECT_EQ(eng->DrcMessage,
               "The bank VCCIO voltage setting for bank 2 is wrong.\n"
               "Invalid bank id 9 in constraints file.\n");
@@ -310,9 +359,27 @@ TEST_F(IoDesign, TableTakesTheProjectsCellsAndDefaults) {
     const int row = b->GetRowNumber(std::string("2"));
     EXPECT_STREQ(b->GetValueAt(row, b->GetColumnIndex("Voltage")), "Vccio 1.8");
     EXPECT_STREQ(b->GetValueAt(row, b->GetColumnIndex("Allow InRD Shut-off")), "Yes");
-    // Columns the project lacks take their defaults.
-    EXPECT_STREQ(b->GetValueAt(row, b->GetColumnIndex("Pullmode")), "UP");
-    EXPECT_STREQ(b->GetValueAt(row, b->GetColumnIndex("Blank")), "No");
+    // Filled anew, the project's columns come back and every other column
+    // reads "0.0".
+    while (b->GetNumOfRows() > 0) b->RemoveRow(0);
+    eng->BankDo();
+    ASSERT_EQ(b->GetNumOfRows(), 4);
+    const std::set<std::string> own{"Bank",
+                                    "Voltage",
+                                    "Allow InRD Shut-off",
+                                    "Allow LVDSO Shut-off",
+                                    "PG",
+                                    "Allow PUSL Shut-off",
+                                    "Slewrate"};
+    EXPECT_STREQ(b->GetValueAt(row, b->GetColumnIndex("Allow InRD Shut-off")), "Yes");
+    EXPECT_STREQ(b->GetValueAt(row, b->GetColumnIndex("Slewrate")), "No");
+    int others = 0;
+    for (int c = 0; c < b->GetNumOfColumns(); ++c) {
+        if (own.count(b->GetColumnName(c))) continue;
+        ++others;
+        EXPECT_STREQ(b->GetValueAt(row, c), "0.0") << b->GetColumnName(c);
+    }
+    EXPECT_GT(others, 0);
 }
 
 }  // namespace

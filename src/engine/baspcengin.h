@@ -655,6 +655,9 @@ class PC_ENG {
     using UnusedBuilder = void (PC_ENG::*)(PD_TABLE* total, std::vector<std::string>& out);
     using RowVoltage = std::string (PC_ENG::*)(const std::vector<std::string>& names,
                                                const std::vector<std::string>& values);
+    using RowPricer = void (PC_ENG::*)(PD_TABLE* table, int row,
+                                       const std::vector<std::string>& names,
+                                       const std::vector<std::string>& values);
     struct RowLog {
         const char* head;
         const char* middle;  // null: the line names no row
@@ -680,6 +683,9 @@ class PC_ENG {
         // The voltage of each row when it differs by row (a bank's VCCIO):
         // its text, also shown in the log; null: the pass's voltage.
         RowVoltage rowVoltage = nullptr;
+        // Prices each row itself, writing the pass's columns, in place of
+        // the members; null: the members.
+        RowPricer rowPricer = nullptr;
     };
     // The device-wide row of what the design leaves free, on one supply.
     struct UnusedPass {
@@ -751,7 +757,7 @@ class PC_ENG {
     void BankDo();
     int BankExistingCheck(int id) const;
     int BankIsUserAvailable(const std::string& text) const;
-    // "Vccio x" rows the bank can take on this device.
+    // "Vccio x" rows the bank can take: its record's (empty for no record).
     std::set<std::string> GetBankAllVccios(int bank) const;
     std::string GetBankDefaultVccio(int row, int bank) const;
     // Voltage texts of the supply rows of a code ("33", "3.3", "1.35" ...);
@@ -805,8 +811,13 @@ class PC_ENG {
     std::string CodeOfBankRow(int row) const;
     const BANKIO* BankRecord(const std::string& name) const;
     std::string GetRememberType(const std::vector<bankdata>& rows, std::string& kind) const;
-    // The bank's cell allows shut-off: "Yes", or its standby key is set.
-    bool BankAllows(int row, const char* column, const char* key) const;
+    // The bank's cell says "Yes": what the calculation goes by.
+    bool BankAllows(int row, const char* column) const;
+    // What the host may offer: the cell, or the bank's standby key is set.
+    bool BankOffersShutOff(int row, const char* column, const char* key) const;
+    // The voltage the port's interface logic fixes for the bank; empty
+    // without one.
+    std::set<std::string> PfrBankVccios(int bank) const;
     std::vector<BANKIO> banks;
     int numberOfBanks = 0;
 
@@ -835,6 +846,9 @@ class PC_ENG {
     bool IsSingleEnd(const std::string& type) const;
     bool IsStandbyIoType(const std::string& type) const;
     static bool HasOnChipTermination(const std::string& type);
+    // An output PIO type (or, where types keep their names, an output type)
+    // of a single-ended standard, which drives the row's load capacitance.
+    static bool IsSingleEndedOutputType(const std::string& outType);
     std::string DetermindPIOType(const std::string& kind, const std::string& text) const;
     std::string DetermineInputPIOtype(const std::string& type) const;
     std::string DetermineOutputPIOtype(const std::string& type) const;
@@ -867,6 +881,8 @@ class PC_ENG {
     static const std::vector<SupplyPass>& IoRowPasses();
     static const std::vector<SupplyPass>& BankRowPasses();
     static const std::vector<SupplyPass>& TermRowPasses();
+    // The VTT columns of an I/O row: dynamic, leakage and bias at its code.
+    void PriceIoRowVtt(PD_TABLE* table, int row, const Row& names, const Row& values);
     // The configuration bank's share of the always-on test block and JTAG.
     void AddDeviceBlocksToBank(PD_TABLE* bankTable);
     std::vector<iodata> ioTermList;
@@ -947,6 +963,14 @@ class PC_ENG {
                                    const std::string& supply);
     double ProcessIObiasVttUsed(const std::string& panel, const Row& names, const Row& values,
                                 const std::string& supply);
+    // The rows' VCC dynamic, VCCAUX dynamic and VCC bias members, through
+    // the selectors by the row's table name.
+    double SelectIOdynVcc(const std::string& panel, const Row& names, const Row& values,
+                          const std::string& supply);
+    double SelectIOdynVccaux(const std::string& panel, const Row& names, const Row& values,
+                             const std::string& supply);
+    double SelectIObiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                               const std::string& supply);
     double ProcessIOleakVccUnused(const std::string& panel, const Row& names, const Row& values,
                                   const std::string& supply);
     double ProcessIOleakVccioUnused(const std::string& panel, const Row& names, const Row& values,

@@ -69,7 +69,6 @@ const BankColumn kBankColumns[] = {
     {"Voltage", "Voltage", "Vccio 1.2"},   {"PG", "PG", "N/A"},
     {"Allow InRD Shut-off", "InRD", "No"}, {"Allow LVDSO Shut-off", "LVDSO", "N/A"},
     {"Allow PUSL Shut-off", "PUSL", "No"}, {"Slewrate", "SLEWRATE", "No"},
-    {"Pullmode", "PULLMODE", "UP"},        {"Blank", "BLANK", "No"},
 };
 
 const char* const kVccioStart[] = {"Vccio 1.2", "Vccio 1.35", "Vccio 1.5",
@@ -193,6 +192,14 @@ int PC_ENG::BankIsUserAvailable(const std::string& text) const {
 }
 
 std::set<std::string> PC_ENG::GetBankAllVccios(int bank) const {
+    const std::set<std::string> pfr = PfrBankVccios(bank);
+    if (!pfr.empty()) return pfr;
+    for (const BANKIO& b : banks)
+        if (b.id == bank) return b.vccios;
+    return {};
+}
+
+std::set<std::string> PC_ENG::PfrBankVccios(int bank) const {
     if (IsPfrArch(ArchName())) {
         // The port's interface logic fixes the voltage of its banks.
         PC_PANEL* pfr = GetPanel(GetPanelIndex("PFR"));
@@ -207,7 +214,7 @@ std::set<std::string> PC_ENG::GetBankAllVccios(int bank) const {
             if (r >= 0 && *v) return {std::string("Vccio ") + v};
         }
     }
-    return DeviceVcciosOfBank(ArchName(), bank);
+    return {};
 }
 
 std::string PC_ENG::GetBankDefaultVccio(int, int bank) const {
@@ -247,7 +254,9 @@ void PC_ENG::SetBankAvailableVccio(int bank) {
     for (const Kind& k : kinds) used |= !k.types.empty();
     std::set<std::string> set;
     if (IsPfrArch(ArchName())) {
-        set = GetBankAllVccios(bank);
+        // From the device's rule, not from the record this call narrows.
+        set = PfrBankVccios(bank);
+        if (set.empty()) set = DeviceVcciosOfBank(ArchName(), bank);
     } else {
         for (const char* v : kVccioStart)
             if (std::strcmp(v, "Vccio 1.35") != 0 || HasSupply(v)) set.insert(v);
@@ -449,9 +458,6 @@ std::string PC_ENG::GetRememberType(const std::vector<bankdata>& rows, std::stri
 
 bool PC_ENG::BankTakesVoltage(const std::string& bank, const std::string& voltage,
                               const std::map<std::string, std::set<std::string>>& allowed) const {
-    bool ok = false;
-    const int id = Integer(bank, &ok);
-    if (!GetBankAllVccios(ok ? id : -1).count(voltage)) return false;
     auto it = allowed.find(bank);
     return it == allowed.end() || it->second.count(voltage) > 0;
 }
@@ -487,8 +493,7 @@ void PC_ENG::BankDo() {
         if (bankConstraintsInForce) {
             auto fixed = bankVoltageConstraints.find(bank);
             if (fixed != bankVoltageConstraints.end()) {
-                const std::string voltage = "Vccio " + fixed->second;
-                if (record->vccios.count(voltage)) table->SetValueAt(voltage.c_str(), r, voltCol);
+                table->SetValueAt(("Vccio " + fixed->second).c_str(), r, voltCol);
                 continue;
             }
         }
@@ -580,11 +585,16 @@ void PC_ENG::SetBankPowerGuard(const std::string& tableName, const std::string& 
     banksTable->SetValueAt(on ? "ON" : "OFF", BankRowOf(bank), banksTable->GetColumnIndex("PG"));
 }
 
-bool PC_ENG::BankAllows(int row, const char* column, const char* key) const {
+bool PC_ENG::BankAllows(int row, const char* column) const {
     PD_TABLE* table = GetIoTable("Bank Voltage");
     if (!table || row < 0) return false;
-    if (std::strcmp(table->GetValueAt(row, table->GetColumnIndex(column)), "Yes") == 0) return true;
-    return GetStandbyFlag(ShutOffKey(key, table->GetValueAt(row, 0)));
+    return std::strcmp(table->GetValueAt(row, table->GetColumnIndex(column)), "Yes") == 0;
+}
+
+bool PC_ENG::BankOffersShutOff(int row, const char* column, const char* key) const {
+    PD_TABLE* table = GetIoTable("Bank Voltage");
+    if (!table || row < 0) return false;
+    return BankAllows(row, column) || GetStandbyFlag(ShutOffKey(key, table->GetValueAt(row, 0)));
 }
 
 namespace {
@@ -602,24 +612,24 @@ const BankAnswer kLvdso{"Allow LVDSO Shut-off", "DisableLVDS", true};
 }  // namespace
 
 std::string PC_ENG::GetBankSlewrate(int row) const {
-    return BankAllows(row, kSlewrate.column, kSlewrate.key) ? "Yes" : "No";
+    return BankOffersShutOff(row, kSlewrate.column, kSlewrate.key) ? "Yes" : "No";
 }
 std::string PC_ENG::GetBankPusl(int row) const {
-    return BankAllows(row, kPusl.column, kPusl.key) ? "Yes" : "No";
+    return BankOffersShutOff(row, kPusl.column, kPusl.key) ? "Yes" : "No";
 }
 std::string PC_ENG::GetBankInrd(int row) const {
     PD_TABLE* table = GetIoTable("Bank Voltage");
     if (table &&
         std::strcmp(table->GetValueAt(row, table->GetColumnIndex(kInrd.column)), "N/A") == 0)
         return "Yes";
-    return BankAllows(row, kInrd.column, kInrd.key) ? "Yes" : "No";
+    return BankOffersShutOff(row, kInrd.column, kInrd.key) ? "Yes" : "No";
 }
 std::string PC_ENG::GetBankLvdso(int row) const {
     PD_TABLE* table = GetIoTable("Bank Voltage");
     if (table &&
         std::strcmp(table->GetValueAt(row, table->GetColumnIndex(kLvdso.column)), "N/A") == 0)
         return "Yes";
-    return BankAllows(row, kLvdso.column, kLvdso.key) ? "Yes" : "No";
+    return BankOffersShutOff(row, kLvdso.column, kLvdso.key) ? "Yes" : "No";
 }
 std::string PC_ENG::GetBankPG(int row) const {
     PD_TABLE* table = GetIoTable("Bank Voltage");

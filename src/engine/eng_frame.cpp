@@ -156,6 +156,10 @@ void PC_ENG::RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<
         InitConstants(names, values);
         for (size_t k = 0; k < active.size(); ++k) {
             const SupplyPass& p = *active[k].pass;
+            if (p.rowPricer) {
+                (this->*p.rowPricer)(items, row, names, values);
+                continue;
+            }
             double volts = active[k].setup.volts;
             const std::string* voltsText = nullptr;
             if (p.rowVoltage) {

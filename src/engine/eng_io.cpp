@@ -27,9 +27,9 @@ const std::vector<PC_ENG::SupplyPass>& PC_ENG::IoRowPasses() {
          "Vcc",
          PassIf::Always,
          false,
-         &PC_ENG::ProcessIOdynVcc,
+         &PC_ENG::SelectIOdynVcc,
          &PC_ENG::ProcessIOleakVccUsed,
-         &PC_ENG::ProcessIObiasVccUsed,
+         &PC_ENG::SelectIObiasVccUsed,
          "Dyn. VCC Pwr (W)",
          "Leakage VCC Pwr (W)",
          "DCbias VCC Pwr (W)",
@@ -56,7 +56,7 @@ const std::vector<PC_ENG::SupplyPass>& PC_ENG::IoRowPasses() {
          "Vccaux",
          PassIf::Always,
          false,
-         &PC_ENG::ProcessIOdynVccaux,
+         &PC_ENG::SelectIOdynVccaux,
          &PC_ENG::ProcessIOleakVccauxUsed,
          &PC_ENG::ProcessIObiasVccauxUsed,
          "Dyn. VCCAUX Pwr (W)",
@@ -65,71 +65,80 @@ const std::vector<PC_ENG::SupplyPass>& PC_ENG::IoRowPasses() {
          {"PowerDynIOvccaux row(", ") = IccDynIOvccaux * vccaux = "},
          {"PowerLeakIOvccauxUsed row(", ") = IccLeakIOvccauxUsed * vccaux = "},
          {"PowerBiasIOvccauxUsed row(", ") = IccBiasIOvccauxUsed * vccaux = "}},
-        // Only a device with termination supplies has the VTT currents.
+        // Only a device with termination supplies has the VTT currents, each
+        // at the VTT of the row's VCCIO code.
         {"VTT",
          "IO",
          "Vtt",
          PassIf::HasSupply,
          false,
-         &PC_ENG::ProcessIOdynVtt,
-         &PC_ENG::ProcessIOleakVttUsed,
-         &PC_ENG::ProcessIObiasVttUsed,
+         nullptr,
+         nullptr,
+         nullptr,
          "Dyn. VTT Pwr (W)",
          "Leakage VTT Pwr (W)",
          "DCbias VTT Pwr (W)",
-         {"PowerDynIOvtt row(", ") = IccDynIOvtt * vtt = "},
-         {"PowerLeakIOvttUsed row(", ") = IccLeakIOvttUsed * vtt = "},
-         {"PowerBiasIOvttUsed row(", ") = IccBiasIOvttUsed * vtt = "},
-         &PC_ENG::IoRowVtt},
+         {nullptr, nullptr},
+         {nullptr, nullptr},
+         {nullptr, nullptr},
+         nullptr,
+         &PC_ENG::PriceIoRowVtt},
     };
     return passes;
 }
 
+void PC_ENG::PriceIoRowVtt(PD_TABLE* table, int row, const Row& names, const Row& values) {
+    const std::string code = BankVccioCode(pwcformula::RowValue("Bank", names, values));
+    static const std::pair<const char*, const char*> kTags[] = {
+        {"dynamic_vtt", "Dyn. VTT Pwr (W)"},
+        {"leak_used_vtt", "Leakage VTT Pwr (W)"},
+        {"bias_used_vtt", "DCbias VTT Pwr (W)"}};
+    for (const auto& [tag, column] : kTags)
+        HelperVttVccauxCalc(table, code, row, column, tag, names, values);
+}
+
+namespace {
+
+// A bank pass of one member: its leakage or its bias on one supply.
+PC_ENG::SupplyPass BankPass(const char* supply, const char* voltage, bool leak,
+                            PC_ENG::ProcessMember member, const char* column, PC_ENG::RowLog log,
+                            PC_ENG::RowVoltage rowVoltage) {
+    return {supply,
+            "IO BANK REFS",
+            voltage,
+            PC_ENG::PassIf::Always,
+            false,
+            nullptr,
+            leak ? member : nullptr,
+            leak ? nullptr : member,
+            nullptr,
+            leak ? column : nullptr,
+            leak ? nullptr : column,
+            {nullptr, nullptr},
+            leak ? log : PC_ENG::RowLog{nullptr, nullptr},
+            leak ? PC_ENG::RowLog{nullptr, nullptr} : log,
+            rowVoltage};
+}
+
+}  // namespace
+
+// All leakage terms of a bank before all its bias terms.
 const std::vector<PC_ENG::SupplyPass>& PC_ENG::BankRowPasses() {
     static const std::vector<SupplyPass> passes = {
-        {"VCC",
-         "IO BANK REFS",
-         "Vcc",
-         PassIf::Always,
-         false,
-         nullptr,
-         &PC_ENG::ProcessBankLeakVcc,
-         &PC_ENG::ProcessBankBiasVcc,
-         nullptr,
-         "Leakage VCC Pwr (W)",
-         "DCbias VCC Pwr (W)",
-         {nullptr, nullptr},
-         {"PowerLeakBankvcc row(", ") = IccLeakBankvcc * vcc = "},
-         {"PowerBiasBankvcc row(", ") = IccBiasBankvcc * vcc = "}},
-        {"VCCIO",
-         "IO BANK REFS",
-         "Vccio",
-         PassIf::Always,
-         false,
-         nullptr,
-         &PC_ENG::ProcessBankLeakVccio,
-         &PC_ENG::ProcessBankBiasVccio,
-         nullptr,
-         "Leakage VCCIO Pwr (W)",
-         "DCbias VCCIO Pwr (W)",
-         {nullptr, nullptr},
-         {"PowerLeakBankvccio row(", ") = IccLeakBankvccio * vccio = "},
-         {"PowerBiasBankvccio row(", ") = IccBiasBankvccio * vccio = "},
-         &PC_ENG::IoRowVccio},
-        {"VCCAUX",
-         "IO BANK REFS",
-         "Vccaux",
-         PassIf::Always,
-         false,
-         nullptr,
-         &PC_ENG::ProcessBankLeakVccaux,
-         &PC_ENG::ProcessBankBiasVccaux,
-         nullptr,
-         "Leakage VCCAUX Pwr (W)",
-         "DCbias VCCAUX Pwr (W)",
-         {nullptr, nullptr},
-         {"PowerLeakBankvccaux row(", ") = IccLeakBankvccaux * vccaux = "},
-         {"PowerBiasBankvccaux row(", ") = IccBiasBankvccaux * vccaux = "}},
+        BankPass("VCC", "Vcc", true, &PC_ENG::ProcessBankLeakVcc, "Leakage VCC Pwr (W)",
+                 {"PowerLeakBankvcc row(", ") = IccLeakBankvcc * vcc = "}, nullptr),
+        BankPass("VCCIO", "Vccio", true, &PC_ENG::ProcessBankLeakVccio, "Leakage VCCIO Pwr (W)",
+                 {"PowerLeakBankvccio row(", ") = IccLeakBankvccio * vccio = "},
+                 &PC_ENG::IoRowVccio),
+        BankPass("VCCAUX", "Vccaux", true, &PC_ENG::ProcessBankLeakVccaux, "Leakage VCCAUX Pwr (W)",
+                 {"PowerLeakBankvccaux row(", ") = IccLeakBankvccaux * vccaux = "}, nullptr),
+        BankPass("VCC", "Vcc", false, &PC_ENG::ProcessBankBiasVcc, "DCbias VCC Pwr (W)",
+                 {"PowerBiasBankvcc row(", ") = IccBiasBankvcc * vcc = "}, nullptr),
+        BankPass("VCCIO", "Vccio", false, &PC_ENG::ProcessBankBiasVccio, "DCbias VCCIO Pwr (W)",
+                 {"PowerBiasBankvccio row(", ") = IccBiasBankvccio * vccio = "},
+                 &PC_ENG::IoRowVccio),
+        BankPass("VCCAUX", "Vccaux", false, &PC_ENG::ProcessBankBiasVccaux, "DCbias VCCAUX Pwr (W)",
+                 {"PowerBiasBankvccaux row(", ") = IccBiasBankvccaux * vccaux = "}, nullptr),
     };
     return passes;
 }
@@ -306,9 +315,8 @@ double PC_ENG::HelperVttVccauxCalc(PD_TABLE* table, const std::string& code, int
     }
     double power = current * Num(volts);
     if (power == 0.0) power = 0.0;
-    if (table && row >= 0)
-        table->SetValueAt(PrintFixed(power, 20).c_str(), row,
-                          table->GetColumnIndex(column.c_str()));
+    const int col = table ? table->GetColumnIndex(column.c_str()) : -1;
+    if (row >= 0 && col >= 0) table->SetValueAt(PrintFixed(power, 20).c_str(), row, col);
     if (PD_UTIL::IsCalcLogOpen()) {
         const char* kind = tag.find("dynamic") != std::string::npos ? "Dyn"
                            : tag.find("leak") != std::string::npos  ? "Leak"

@@ -205,20 +205,31 @@ struct Wanted {
     std::string name, value;
     bool bare;
 };
+std::string WithoutMilliamps(std::string value) {
+    if (value.size() >= 2 && value.compare(value.size() - 2, 2, "mA") == 0)
+        value.resize(value.size() - 2);
+    return value;
+}
+
+// A drive is compared in its own column whether spelt "DRIVE:8mA" or "8mA".
 std::vector<Wanted> WantedAttributes(const std::string& type) {
     std::vector<Wanted> wanted;
     const std::vector<std::string> tokens = Tokens(type);
     for (size_t i = 1; i < tokens.size(); ++i) {
-        const size_t colon = tokens[i].find(':');
-        if (colon == std::string::npos) {
-            wanted.push_back({tokens[i], "", true});
-            continue;
+        const std::string& t = tokens[i];
+        const size_t colon = t.find(':');
+        if (t.compare(0, 10, "DIFFDRIVE:") == 0) {
+            wanted.push_back({"DIFFDRIVE", WithoutMilliamps(t.substr(10)), false});
+        } else if (Holds(t, "DRIVE:") || Holds(t, "mA")) {
+            const size_t drive = t.find("DRIVE:");
+            wanted.push_back(
+                {"DRIVE", WithoutMilliamps(drive == std::string::npos ? t : t.substr(drive + 6)),
+                 false});
+        } else if (colon == std::string::npos) {
+            wanted.push_back({t, "", true});
+        } else {
+            wanted.push_back({t.substr(0, colon), t.substr(colon + 1), false});
         }
-        std::string value = tokens[i].substr(colon + 1);
-        const std::string name = tokens[i].substr(0, colon);
-        if (name == "DRIVE" && value.size() > 2 && value.compare(value.size() - 2, 2, "mA") == 0)
-            value.resize(value.size() - 2);
-        wanted.push_back({name, value, false});
     }
     return wanted;
 }
@@ -326,10 +337,8 @@ std::string PC_ENG::GetOutBidInpVec(const std::string& type, const std::string& 
     const int bankCol = t->GetColumnIndex("Bank");
     const std::string standard = Standard(type);
     const std::vector<Wanted> wanted = WantedAttributes(type);
-    int sameStandard = -1;
     for (int r = 0; r < t->GetNumOfRows(); ++r) {
         if (standard != t->GetValueAt(r, typeCol)) continue;
-        if (sameStandard < 0) sameStandard = r;
         bool match = true;
         for (int c = 0; c < t->GetNumOfColumns() && match; ++c) {
             if (c == typeCol || c == bankCol) continue;
@@ -344,8 +353,7 @@ std::string PC_ENG::GetOutBidInpVec(const std::string& type, const std::string& 
         }
         if (match) return t->GetValueAt(r, bankCol);
     }
-    // A drive or attribute the list lacks keeps the voltages of its standard.
-    return sameStandard < 0 ? "" : t->GetValueAt(sameStandard, bankCol);
+    return "";
 }
 
 std::set<std::string> PC_ENG::GetSetintersection(const std::set<std::string>& a,
@@ -395,6 +403,10 @@ bool PC_ENG::HasOnChipTermination(const std::string& type) {
             !w.value.empty())
             return true;
     return false;
+}
+
+bool PC_ENG::IsSingleEndedOutputType(const std::string& outType) {
+    return outType == "SingleEndOut" || SingleEndedStandard(PioStandard(outType));
 }
 
 // ---- PIO types ------------------------------------------------------------------
@@ -484,22 +496,23 @@ double PC_ENG::IoTypeOutputVoltage(const std::string& standard, double vccio, bo
     return vccio;
 }
 
-// The standard with its drive is looked up on every architecture: the PIO
-// types of the others name no standard of the table.
+// The table holds standards with their drive: the architectures that
+// classify by the standard look that up, the others their output PIO type.
 double PC_ENG::FindSupplyVccioOutput(PD_TABLE* table, int row, double vccio) {
     if (!table) return vccio;
     const std::string type = table->GetValueAt(row, table->GetColumnIndex("Type"));
     const double rth = Num(table->GetValueAt(row, table->GetColumnIndex("Rth (Ohm)")));
     const int outputs = Count(table, row, "# O/P") + Count(table, row, "# Bidi");
     if (!(rth > 0.0) || IsDifferentialTrue(type) || outputs <= 0) return vccio;
-    return IoTypeOutputVoltage(StandardWithDrive(type), vccio, nullptr);
+    const std::string output =
+        ClassifiesIoByStandard(ArchName()) ? StandardWithDrive(type) : DetermineOutputPIOtype(type);
+    return IoTypeOutputVoltage(output, vccio, nullptr);
 }
 
 // ---- The bank voltage rule ------------------------------------------------------
 
 std::map<std::string, std::set<std::string>> PC_ENG::BankAllowedVccios() const {
     std::map<std::string, std::set<std::string>> sets;
-    std::map<std::string, std::set<std::string>> texts;  // by kind and type
     for (const char* name : {"Input Output", "Bidi"}) {
         PD_TABLE* t = GetIoTable(name);
         if (!t) continue;
@@ -507,32 +520,31 @@ std::map<std::string, std::set<std::string>> PC_ENG::BankAllowedVccios() const {
         const int typeCol = t->GetColumnIndex("Type");
         const int bankCol = t->GetColumnIndex("Bank");
         for (int r = 0; r < t->GetNumOfRows(); ++r) {
-            const int in = bidiTable ? 0 : Count(t, r, "# I/P");
-            const int out = bidiTable ? 0 : Count(t, r, "# O/P");
-            const int bidi = Count(t, r, "# Bidi");
-            if (in <= 0 && out <= 0 && bidi <= 0) continue;
             const std::string type = t->GetValueAt(r, typeCol);
             const std::string bank = t->GetValueAt(r, bankCol);
-            std::vector<const char*> kinds;
-            if (out > 0) kinds.push_back("Output");
-            if (in > 0) kinds.push_back("Input");
-            if (bidi > 0) kinds.push_back("Bidir");
-            for (const char* kind : kinds) {
-                const std::string text = GetOutBidInpVec(type, kind);
-                // An unknown type sets no bound.
-                if (text.empty()) continue;
-                std::set<std::string> allowed;
-                if (Holds(text, "ALL"))
-                    allowed =
-                        GetBankAllVccios(static_cast<int>(std::strtol(bank.c_str(), nullptr, 10)));
-                else
-                    allowed = VoltagesOfText(text);
-                auto it = sets.find(bank);
-                if (it == sets.end())
-                    sets[bank] = allowed;
-                else
-                    it->second = GetSetintersection(it->second, allowed);
+            // One text a row: the input's replaces the output's.
+            std::string text;
+            if (bidiTable) {
+                if (Count(t, r, "# Bidi") <= 0) continue;
+                text = GetOutBidInpVec(type, "Bidir");
+            } else {
+                const int in = Count(t, r, "# I/P");
+                const int out = Count(t, r, "# O/P");
+                if (in <= 0 && out <= 0) continue;
+                if (out > 0) text = GetOutBidInpVec(type, "Output");
+                if (in > 0) text = GetOutBidInpVec(type, "Input");
             }
+            // An unknown type sets no bound.
+            if (text.empty()) continue;
+            const std::set<std::string> allowed =
+                Holds(text, "ALL")
+                    ? GetBankAllVccios(static_cast<int>(std::strtol(bank.c_str(), nullptr, 10)))
+                    : VoltagesOfText(text);
+            auto it = sets.find(bank);
+            if (it == sets.end())
+                sets[bank] = allowed;
+            else
+                it->second = GetSetintersection(it->second, allowed);
         }
     }
     return sets;

@@ -225,21 +225,24 @@ bool HasBandgapController(const std::string& family, const std::string& device) 
 
 namespace {
 
-const List kPioTypeArchs = {"gy7s00", "lancet",  "rv7c00",  "kt7c00", "rv7d00", "pl7w00",
-                            "cu7s00", "zn3c00a", "zn3c00f", "wd7c00", "wd7r00"};
+const List kPioTypeArchs = {"gy7s00", "lancet",  "rv7c00",  "kt7c00", "rv7d00",
+                            "bf7p00", "bf7p00m", "bf7p00g", "pl7w00", "cu7s00",
+                            "zn2c00", "zn3c00a", "zn3c00f", "wd7c00", "wd7r00"};
 const List kStandardIoArchs = {"gy7s00", "lancet", "rv7c00", "kt7c00"};
 const List kTrueDifferentialArchs = {"gy7s00",  "lancet",  "rv7c00", "kt7c00", "rv7d00",
                                      "zn3c00a", "zn3c00f", "wd7c00", "wd7r00"};
 const List kConvertBackArchs = {"gy7s00", "gy7scm00", "lancet", "corvina"};
 const List kPlainSleepArchs = {"pl7w00", "cu7s00"};
-const List kTerminationOnVccioArchs = {"gy7s00", "lancet", "rv7c00", "kt7c00", "zn3c00a", "zn3c00f",
-                                       "rv7d00", "pl7w00", "cu7s00", "wd7c00", "wd7r00"};
+const List kTerminationOnVccioArchs = {"gy7s00",  "lancet",  "rv7c00", "kt7c00", "zn2c00",
+                                       "zn3c00a", "zn3c00f", "rv7d00", "bf7p00", "pl7w00",
+                                       "cu7s00",  "wd7c00",  "wd7r00"};
+const List kBankDiffInputStandbyArchs = {"zn2c00", "bf7p00", "pl7w00", "cu7s00"};
 const List kBidiDiffBankArchs = {"hq7g00", "hq7g00p", "zn3c00a", "zn3c00f",
                                  "rv7d00", "wd7c00",  "wd7r00"};
 const List kPowerGuardFamilies = {"Quenra2",       "Quenra3L", "Quenra3LF", "Orvan4",
                                   "Rail Keeper 2", "Quenra3D", "Dunmar"};
 
-// The zn2c00 and bf7p00 codes share their I/O data with their variants.
+// The zn2c00 family and the bf7p00 codes, by substring.
 bool IsZn2c00OrBf7p00(const std::string& arch) {
     return HoldsAny(arch, {"zn2c00", "bf7p00"});
 }
@@ -247,7 +250,7 @@ bool IsZn2c00OrBf7p00(const std::string& arch) {
 }  // namespace
 
 bool HasPioTypeNames(const std::string& arch) {
-    return IsZn2c00OrBf7p00(arch) || InList(arch, kPioTypeArchs);
+    return InList(arch, kPioTypeArchs);
 }
 bool ClassifiesIoByStandard(const std::string& arch) {
     return InList(arch, kStandardIoArchs);
@@ -280,13 +283,13 @@ bool CountsBidiInputCapacitance(const std::string& arch) {
     return InList(arch, {"rv7c00", "kt7c00"});
 }
 bool ReadsTerminationOnVccio(const std::string& arch) {
-    return IsZn2c00OrBf7p00(arch) || InList(arch, kTerminationOnVccioArchs);
+    return InList(arch, kTerminationOnVccioArchs);
 }
 bool ListsUnreachableBanks(const std::string& arch, const std::string& package) {
     return InList(arch, {"zn2c00a", "zn2c00ap"}) || package.find("WLCSP") != std::string::npos;
 }
 bool HasBankDiffInputStandby(const std::string& arch) {
-    return IsZn2c00OrBf7p00(arch) || InList(arch, kPlainSleepArchs);
+    return InList(arch, kBankDiffInputStandbyArchs);
 }
 bool HasBidiDiffBankTerm(const std::string& arch) {
     return InList(arch, kBidiDiffBankArchs);

@@ -70,8 +70,9 @@ double PC_ENG::ProcessPIOdyn(const std::string& panel, const std::string& supply
     }
     const bool bidiPanel = panel == "Bidi";
     const std::string arch = ArchName();
-    // Plain pins of each side, and the bidirectional pins, which share their
-    // time between the sides by the duty cycle (the input's share).
+    // Plain pins of each side, and the bidirectional pins. Those of the
+    // "Bidi" table share their time between the sides by the duty cycle (the
+    // input's share); those of "Input Output" count on both sides.
     double inFreq, inAf, outFreq, outAf, inCount, outCount;
     const double bidi = Count("Bidi", names, values);
     const double duty = Count("Duty Cycle (%)", names, values) / 100.0;
@@ -91,12 +92,11 @@ double PC_ENG::ProcessPIOdyn(const std::string& panel, const std::string& supply
     const std::string& type = RowValue("Type", names, values);
     std::string inType = DetermineInputPIOtype(type);
     std::string outType = DetermineOutputPIOtype(type);
+    const bool singleEndOut = IsSingleEndedOutputType(outType);
     if (powerMode == 1 && !KeepsIoTypeNamesInSleep(arch)) {
         inType += "-sleep";
         outType += "-sleep";
     }
-    // A sleeping output drives no load.
-    const bool singleEndOut = outType == "SingleEndOut";
     double inBidi = bidi;
     if (IsDifferentialTrueDividedBy2(type)) {
         inCount /= 2.0;
@@ -139,10 +139,12 @@ double PC_ENG::ProcessPIOdyn(const std::string& panel, const std::string& supply
                    ? 0.0
                    : GetIccDyn(panel, item, count, label, supply, freq, af, cap, names, values);
     };
+    const double inShare = bidiPanel ? duty : 1.0;
+    const double outShare = bidiPanel ? 1.0 - duty : 1.0;
     const double inp = side(inType, inCount, "Input", inFreq, inAf, cInp) +
-                       side(inType, inBidi, "Input", inFreq, inAf, cInp) * duty;
+                       side(inType, inBidi, "Input", inFreq, inAf, cInp) * inShare;
     const double out = side(outType, outCount, "Output", outFreq, outAf, c) +
-                       side(outType, bidi, "Output", outFreq, outAf, c) * (1.0 - duty);
+                       side(outType, bidi, "Output", outFreq, outAf, c) * outShare;
 
     std::vector<const char*> terms{"Inp", "Out"};
     std::vector<double> numbers{inp, out};
@@ -161,27 +163,23 @@ double PC_ENG::ProcessPIOdyn(const std::string& panel, const std::string& supply
 }
 
 // The static terms of a row's pins on one supply: per pin of each side, then
-// the block. Sleep takes the "-sleep" types and the sleep block record, a
-// bank that lets its inputs or LVDS drivers shut off the "_standby" types,
-// each where the data have them.
+// the block. A bank that lets its inputs or LVDS drivers shut off takes the
+// "_standby" types where the data have them.
 double PC_ENG::PioStaticTerms(bool leak, const std::string& panel, const std::string& supply,
                               const Row& names, const Row& values) {
     const std::string arch = ArchName();
-    const bool sleep = powerMode == 1;
     const int bankRow = BankRowOf(RowValue("Bank", names, values));
     const std::string& type = RowValue("Type", names, values);
     auto variant = [&](std::string item, bool shutOff) {
-        if (sleep && !KeepsIoTypeNamesInSleep(arch) && PwrDataAvailable("IO", item + "-sleep"))
-            return item + "-sleep";
-        if (!sleep && shutOff && IsStandbyIoType(type) && PwrDataAvailable("IO", item + "_standby"))
+        if (shutOff && IsStandbyIoType(type) && PwrDataAvailable("IO", item + "_standby"))
             return item + "_standby";
         return item;
     };
-    const std::string inType = variant(DetermineInputPIOtype(type),
-                                       BankAllows(bankRow, "Allow InRD Shut-off", "DisableInRd"));
+    const std::string inType =
+        variant(DetermineInputPIOtype(type), BankAllows(bankRow, "Allow InRD Shut-off"));
     const std::string outPio = DetermineOutputPIOtype(type);
-    const std::string outType = variant(
-        outPio, outPio == "Diffout" && BankAllows(bankRow, "Allow LVDSO Shut-off", "DisableLVDS"));
+    const std::string outType =
+        variant(outPio, outPio == "Diffout" && BankAllows(bankRow, "Allow LVDSO Shut-off"));
     const IccModel perElement = leak ? IccModel::Leak : IccModel::Bias;
     const IccModel block = leak ? IccModel::LeakDFB : IccModel::BiasDFB;
     const char* kind = leak ? "IccLeak" : "IccBias";
@@ -194,10 +192,10 @@ double PC_ENG::PioStaticTerms(bool leak, const std::string& panel, const std::st
                                            names, values);
     };
     // A bidirectional buffer is priced by its driver.
-    std::vector<double> numbers{
-        pins(inType, in, "input"), pins(outType, out, "output"), pins(outType, bidi, "bidi"),
-        CallIccModel(block, panel, "IO", sleep ? "DCforBLOCK_sleep" : "DCforBLOCK_used",
-                     in + out + bidi, "(input+output+bidi)", supply, names, values)};
+    std::vector<double> numbers{pins(inType, in, "input"), pins(outType, out, "output"),
+                                pins(outType, bidi, "bidi"),
+                                CallIccModel(block, panel, "IO", "DCforBLOCK_used", in + out + bidi,
+                                             "(input+output+bidi)", supply, names, values)};
     std::vector<const char*> terms{"Input", "Output", "Bidi", "DFB"};
     if (HasAilStaticTerm(arch) && RowValue("AIL", names, values) == "Enable") {
         numbers.push_back(CallIccModel(perElement, panel, "IOLOGIC", "AIL", in + out + bidi, "AIL",
@@ -384,8 +382,9 @@ double PC_ENG::ProcessIObiasVccUsed(const std::string& panel, const Row& names, 
     return i;
 }
 
-// On the termination tab the VCCIO current is that of the outputs into
-// their termination, one network per output or bidirectional pin.
+// On the termination tab the VCCIO current is that of the drivers into their
+// termination: the model gives one driver's current, and each output or
+// bidirectional pin of the row drives its own network.
 double PC_ENG::ProcessIObiasVccioUsed(const std::string& panel, const Row& names, const Row& values,
                                       const std::string&) {
     if (panel != "I/O Term") return ProcessPIObiasUsed(panel, "VCCIO", names, values);
@@ -400,28 +399,36 @@ double PC_ENG::ProcessIObiasVccauxUsed(const std::string& panel, const Row& name
     return ProcessPIObiasUsed(panel, "VCCAUX", names, values);
 }
 
-// The termination supply sources the low level's current, half the time.
 double PC_ENG::ProcessIObiasVttUsed(const std::string& panel, const Row& names, const Row& values,
                                     const std::string&) {
-    if (panel != "I/O Term") return ProcessPIObiasUsed(panel, "VTT", names, values);
-    const double drivers = Count("O/P", names, values) + Count("Bidi", names, values);
-    const Termination t = TerminationOf(panel, names, values, "VTT", false);
-    const double i = t.active ? t.iol * 0.5 * drivers : 0.0;
-    if (PD_UTIL::IsCalcLogOpen())
-        LogTerms("IccBiasIOvttUsed", "", {"IOL * 0.5 * (output + bidi)"}, {i});
-    return i;
+    return ProcessPIObiasUsed(panel, "VTT", names, values);
+}
+
+// ---- The rows' members chosen by the selectors ---------------------------------------
+
+double PC_ENG::SelectIOdynVcc(const std::string& panel, const Row& names, const Row& values,
+                              const std::string&) {
+    return ProcessFormulaDynVcc(panel, names, values);
+}
+double PC_ENG::SelectIOdynVccaux(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string&) {
+    return ProcessFormulaDynVccaux(panel, names, values);
+}
+double PC_ENG::SelectIObiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string&) {
+    return ProcessFormulaBiasUsedVcc(panel, names, values);
 }
 
 // ---- Unused pins ----------------------------------------------------------------------
 
-// Each unused pin counts in the unused type, and so does the bank's block
-// term: the pins are the elements of the I/O block.
+// The per-pin term of the unused type over all pins of the bank, the block
+// term over its free pins.
 double PC_ENG::ProcessIOunused(bool leak, const std::string& panel, const Row& names,
                                const Row& values, const std::string& supply) {
     const std::string item = DetermineInputPIOtype(UnusedIoType());
     return SumIccTerms(std::string(leak ? "IccLeakIO" : "IccBiasIO") + supply + "Unused",
                        {{leak ? IccModel::LeakUnused : IccModel::BiasUnused, panel, "IO", item,
-                         "IO_unused", "IO_unused"},
+                         "IO_total", "IO_total"},
                         {leak ? IccModel::LeakDFBUnused : IccModel::BiasDFBUnused, panel, "IO",
                          "DCforBLOCK_unused", "IO_unused", "IO_unused"}},
                        supply, names, values);
@@ -491,8 +498,8 @@ double PC_ENG::BankTerms(bool leak, const std::string& table, const Row& names, 
         }
         return false;
     };
-    const bool inRd = BankAllows(bankRow, "Allow InRD Shut-off", "DisableInRd");
-    const bool lvdso = BankAllows(bankRow, "Allow LVDSO Shut-off", "DisableLVDS");
+    const bool inRd = BankAllows(bankRow, "Allow InRD Shut-off");
+    const bool lvdso = BankAllows(bankRow, "Allow LVDSO Shut-off");
     auto standby = [this](bool allowed, const std::string& type) {
         return allowed && IsStandbyIoType(type);
     };
@@ -501,8 +508,7 @@ double PC_ENG::BankTerms(bool leak, const std::string& table, const Row& names, 
     term("_BASELINE");
     if (RowValue("Pullmode", names, values) != "none") {
         Log("There is Bank Pull.");
-        term(BankAllows(bankRow, "Allow PUSL Shut-off", "DisablePUSL") ? "_PU_PD_KPR_standby"
-                                                                       : "_PU_PD_KPR");
+        term(BankAllows(bankRow, "Allow PUSL Shut-off") ? "_PU_PD_KPR_standby" : "_PU_PD_KPR");
     } else {
         Log("There is No Bank Pull.");
     }
@@ -547,10 +553,7 @@ double PC_ENG::BankTerms(bool leak, const std::string& table, const Row& names, 
         term(any(false, [&](const std::string& t) { return referenced(t) && standby(inRd, t); })
                  ? "_INTERNAL_VREF_standby"
                  : "_INTERNAL_VREF");
-    // The slew-rate control's bias, while the bank drives and keeps it on.
-    if (!leak && any(true, [](const std::string&) { return true; }) &&
-        !BankAllows(bankRow, "Slewrate", "DisableSlewrate"))
-        term("_SLBIAS");
+    if (!leak) term("_SLBIAS");
     if (log) LogTerms((leak ? "IccLeakBank" : "IccBiasBank") + supply, "BANK", terms, numbers);
     return Sum(numbers);
 }
