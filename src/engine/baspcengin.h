@@ -1004,6 +1004,10 @@ class PC_ENG {
                                 const std::string& supply);
     double ProcessBankBiasVccaux(const std::string& panel, const Row& names, const Row& values,
                                  const std::string& supply);
+    // The JTAG port on a supply: its block once and its pins (leakage), or
+    // each pin's coefficient D (bias); VCCIO here, VCCJ in the Misc tab.
+    double ProcessJtagPins(bool leak, const std::string& supply, const std::string& logName,
+                           const Row& names, const Row& values);
     double ProcessJtagLeakVccioUsed(const std::string& panel, const Row& names, const Row& values,
                                     const std::string& supply);
     double ProcessJtagBiasVccioUsed(const std::string& panel, const Row& names, const Row& values,

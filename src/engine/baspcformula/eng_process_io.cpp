@@ -36,20 +36,12 @@ void Logf(const char* format, Args... args) {
     PD_UTIL::FCprintln(text);
 }
 
-// "name = a + b = %g + %g = %g", each term's name behind the prefix. The
-// caller tests that the log is open before it names the sum.
+// The summary line, each term's name behind the prefix.
 void LogTerms(const std::string& name, const char* prefix, const std::vector<const char*>& terms,
               const std::vector<double>& numbers) {
-    std::string line = name + " = ";
-    double sum = 0.0;
-    for (size_t i = 0; i < terms.size(); ++i)
-        line += (i ? " + " : "") + (prefix + std::string(terms[i]));
-    line += " = ";
-    for (size_t i = 0; i < numbers.size(); ++i) {
-        line += (i ? " + " : "") + Print("%g", numbers[i]);
-        sum += numbers[i];
-    }
-    PD_UTIL::FCprintln(line + " = " + Print("%g", sum));
+    std::vector<std::string> named;
+    for (const char* t : terms) named.push_back(prefix + std::string(t));
+    LogTermSum(name, named, numbers);
 }
 
 double Sum(const std::vector<double>& numbers) {
@@ -594,28 +586,38 @@ double PC_ENG::ProcessBankBiasVccaux(const std::string& panel, const Row& names,
 
 // ---- The JTAG pins on VCCIO ------------------------------------------------------------
 
-double PC_ENG::ProcessJtagLeakVccioUsed(const std::string&, const Row& names, const Row& values,
-                                        const std::string&) {
+double PC_ENG::ProcessJtagPins(bool leak, const std::string& supply, const std::string& logName,
+                               const Row& names, const Row& values) {
     const double in = Count("Input", names, values);
     const double out = Count("Output", names, values);
-    const std::vector<double> numbers{
-        GetIccLeakDFB("JTAG", "JTAG", "DCforBLOCK_used", 1.0, "JTAG", "VCCIO", names, values),
-        GetIccLeak("JTAG", "JTAG", "Input", in, "JTAG_input", "VCCIO", names, values),
-        GetIccLeak("JTAG", "JTAG", "Output", out, "JTAG_output", "VCCIO", names, values)};
+    std::vector<double> numbers;
+    if (leak) {
+        numbers = {
+            GetIccLeakDFB("JTAG", "JTAG", "DCforBLOCK_used", 1.0, "JTAG", supply, names, values),
+            GetIccLeak("JTAG", "JTAG", "Input", in, "JTAG_input", supply, names, values),
+            GetIccLeak("JTAG", "JTAG", "Output", out, "JTAG_output", supply, names, values)};
+    } else {
+        // D in mA per pin.
+        for (const auto& [pin, count] :
+             {std::pair<const char*, double>{"Input", in}, {"Output", out}})
+            numbers.push_back(
+                0.001 * ToNumber(FindABCDusedvalueFromPwrSupply(supply, "JTAG", pin, "", "D")) *
+                count);
+    }
     if (PD_UTIL::IsCalcLogOpen())
-        LogTerms("IccLeakJtagVccioUsed", "IccLeakJtag", {"DFB", "Input", "Output"}, numbers);
+        LogTerms(logName, leak ? "IccLeakJtag" : "IccBiasJtag",
+                 leak ? std::vector<const char*>{"DFB", "Input", "Output"}
+                      : std::vector<const char*>{"Input", "Output"},
+                 numbers);
     return Sum(numbers);
 }
 
-// D in mA per pin, times the pins.
+double PC_ENG::ProcessJtagLeakVccioUsed(const std::string&, const Row& names, const Row& values,
+                                        const std::string&) {
+    return ProcessJtagPins(true, "VCCIO", "IccLeakJtagVccioUsed", names, values);
+}
+
 double PC_ENG::ProcessJtagBiasVccioUsed(const std::string&, const Row& names, const Row& values,
                                         const std::string&) {
-    const double dIn = ToNumber(FindABCDusedvalueFromPwrSupply("VCCIO", "JTAG", "Input", "", "D"));
-    const double dOut =
-        ToNumber(FindABCDusedvalueFromPwrSupply("VCCIO", "JTAG", "Output", "", "D"));
-    const std::vector<double> numbers{0.001 * dIn * Count("Input", names, values),
-                                      0.001 * dOut * Count("Output", names, values)};
-    if (PD_UTIL::IsCalcLogOpen())
-        LogTerms("IccBiasJtagVccioUsed", "IccBiasJtag", {"Input", "Output"}, numbers);
-    return Sum(numbers);
+    return ProcessJtagPins(false, "VCCIO", "IccBiasJtagVccioUsed", names, values);
 }

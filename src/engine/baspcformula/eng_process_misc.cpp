@@ -354,27 +354,14 @@ double PC_ENG::ProcessMiscDynVccj(const std::string&, const Row& names, const Ro
                        "VCCJ", names, values);
 }
 
-// The port's block once, then its pins.
 double PC_ENG::ProcessMiscLeakVccjUsed(const std::string&, const Row& names, const Row& values,
                                        const std::string&) {
-    const std::vector<double> numbers{
-        GetIccLeakDFB("JTAG", "JTAG", "DCforBLOCK_used", 1.0, "JTAG", "VCCJ", names, values),
-        GetIccLeak("JTAG", "JTAG", "Input", "Input", "JTAG_input", "VCCJ", names, values),
-        GetIccLeak("JTAG", "JTAG", "Output", "Output", "JTAG_output", "VCCJ", names, values)};
-    LogTermSum("IccLeakMiscVccjUsed",
-               {"IccLeakDFBJtagVccj", "IccLeakJtagInputVccj", "IccLeakJtagOutputVccj"}, numbers);
-    return numbers[0] + numbers[1] + numbers[2];
+    return ProcessJtagPins(true, "VCCJ", "IccLeakMiscVccjUsed", names, values);
 }
 
-// The pins' bias is their coefficient D times their counts.
 double PC_ENG::ProcessMiscBiasVccjUsed(const std::string&, const Row& names, const Row& values,
                                        const std::string&) {
-    double sum = 0.0;
-    for (const char* pin : {"Input", "Output"})
-        sum += 0.001 * ToNumber(FindABCDusedvalueFromPwrSupply("VCCJ", "JTAG", pin, "", "D")) *
-               ToNumber(RowValue(pin, names, values));
-    if (PD_UTIL::IsCalcLogOpen()) PD_UTIL::FCprintln("IccBiasMiscVccjUsed = " + Print("%g", sum));
-    return sum;
+    return ProcessJtagPins(false, "VCCJ", "IccBiasMiscVccjUsed", names, values);
 }
 
 // ---- The row tables -------------------------------------------------------------------------
