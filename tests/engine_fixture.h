@@ -8,9 +8,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "baspcengin.h"
 #include "pd_util.h"
@@ -78,6 +80,39 @@ std::string CaptureCalcLog(F f) {
     in.close();
     std::remove(path.c_str());
     return all.str();
+}
+
+inline double Num(const std::string& s) {
+    return std::strtod(s.c_str(), nullptr);
+}
+
+// A table of a tab by name (null: its table 0), and the tab's total table.
+inline PD_TABLE* TabTable(PC_ENG& eng, const std::string& panel, const char* table) {
+    PC_PANEL* p = eng.GetPanel(eng.GetPanelIndex(panel));
+    if (!p) return nullptr;
+    return table ? p->GetTable(p->GetTableIndex(table)) : p->GetTable(0);
+}
+inline PD_TABLE* TotalTable(PC_ENG& eng, const std::string& panel) {
+    PC_PANEL* p = eng.GetPanel(eng.GetPanelIndex(panel));
+    return p ? p->GetTable(p->GetNumOfTables() - 1) : nullptr;
+}
+
+// Appends a row of "0" cells with the given ones set; its index.
+inline int AddRow(PD_TABLE* t, const std::map<std::string, std::string>& cells) {
+    std::vector<std::string> row(t->GetNumOfColumns(), "0");
+    for (const auto& [column, value] : cells) {
+        const int c = t->GetColumnIndex(column.c_str());
+        EXPECT_GE(c, 0) << column;
+        if (c >= 0) row[c] = value;
+    }
+    t->AddRow(row);
+    return t->GetNumOfRows() - 1;
+}
+
+// The full value behind a (possibly rounded) cell; 0 for an absent column.
+inline double Cell(PD_TABLE* t, int row, const std::string& column) {
+    const int c = t->GetColumnIndex(column.c_str());
+    return c < 0 ? 0.0 : Num(t->GetNoRoundValueAt(row, c));
 }
 
 // Points the data directory at the sample devices for every test.

@@ -52,10 +52,9 @@ TEST_P(AlwaysOn, VccSumTermByTermInItsOrder) {
     SampleEngine s(c.device, c.package);
     PC_ENG& eng = *s.eng;
     const Row r = DeviceWideRow(eng);
-    ScratchDir dir;
     double leak = 0.0;
-    const std::string log =
-        CalcLog(dir, [&] { leak = eng.ProcessMiscLeakVccUsed("Misc", r.names, r.values, "VCC"); });
+    const std::string log = pwctest::CaptureCalcLog(
+        [&] { leak = eng.ProcessMiscLeakVccUsed("Misc", r.names, r.values, "VCC"); });
     EXPECT_EQ(LeakBlocks(log), c.order);
     EXPECT_NE(
         log.find("IccLeakTotalMiscUsed = IccRegulator + IccLeakMiscFlash + IccLeakMiscConfig + "
@@ -145,8 +144,7 @@ TEST(AlwaysOnParts, BandgapControllerOnlyOnLowPowerPartsWithTheSetting) {
 TEST(MiscRows, FixtureTablesAddUpInTheirTotals) {
     FixtureEngine f;
     PC_ENG& eng = *f.eng;
-    ScratchDir dir;
-    const std::string log = CalcLog(dir, [&] { eng.Calculate(); });
+    const std::string log = pwctest::CaptureCalcLog([&] { eng.Calculate(); });
     // The departures of the log words stand.
     for (const char* words : {"PowerLeakMCLKunused = IccLeakUnusedMCLK * vcc = ",
                               "PowerLeakVccDTRused row(0) = IccLeakVccI2Cused * vcc = ",
@@ -196,8 +194,7 @@ TEST(MiscRows, FixtureTablesAddUpInTheirTotals) {
 TEST(Efb, NothingUsedLeavesTheWishboneOut) {
     SampleEngine s("KZQ2-1200HC", "CABGA256");
     PC_ENG& eng = *s.eng;
-    ScratchDir dir;
-    const std::string log = CalcLog(dir, [&] { eng.Calculate(); });
+    const std::string log = pwctest::CaptureCalcLog([&] { eng.Calculate(); });
     EXPECT_FALSE(eng.detectWBused());
     EXPECT_NE(log.find("PowerDynWISHBONE row(0) = IccDynEfbWISHBONE * vcc = 0 * 1.2 = 0"),
               std::string::npos);

@@ -18,9 +18,9 @@
 
 namespace fabtest {
 
-inline double Num(const std::string& s) {
-    return std::strtod(s.c_str(), nullptr);
-}
+using pwctest::AddRow;
+using pwctest::Cell;
+using pwctest::Num;
 
 // The leakage equations' e.
 inline double Exp(double x) {
@@ -28,30 +28,16 @@ inline double Exp(double x) {
 }
 
 inline PD_TABLE* Table(PC_ENG& eng, const std::string& panel, const std::string& table) {
-    PC_PANEL* p = eng.GetPanel(eng.GetPanelIndex(panel));
-    return p ? p->GetTable(p->GetTableIndex(table.c_str())) : nullptr;
+    return pwctest::TabTable(eng, panel, table.c_str());
 }
 
 inline PD_TABLE* Total(PC_ENG& eng, const std::string& panel) {
-    return Table(eng, panel, "Total " + panel);
-}
-
-// The full value behind a rounded cell; 0 for a column the table lacks.
-inline double Cell(PD_TABLE* t, int row, const std::string& column) {
-    const int c = t->GetColumnIndex(column.c_str());
-    return c < 0 ? 0.0 : Num(t->GetNoRoundValueAt(row, c));
+    return pwctest::TotalTable(eng, panel);
 }
 
 inline void Set(PD_TABLE* t, int row, const std::string& column, const std::string& value) {
     ASSERT_GE(t->GetColumnIndex(column.c_str()), 0) << column;
     t->SetValueAt(value.c_str(), row, t->GetColumnIndex(column.c_str()));
-}
-
-// A row of the template's defaults with the given cells set.
-inline void AddRow(PD_TABLE* t, const std::vector<std::pair<std::string, std::string>>& cells) {
-    std::vector<std::string> row(t->GetNumOfColumns(), "0");
-    t->AddRow(row);
-    for (const auto& c : cells) Set(t, t->GetNumOfRows() - 1, c.first, c.second);
 }
 
 struct Row {
@@ -68,38 +54,6 @@ inline Row RowOf(PC_ENG& eng, PD_TABLE* t, int row) {
     Row r{eng.GetArrayOfColumnNames(t, &n), eng.GetArrayOfColumnValues(t, row, &n)};
     eng.InitConstants(r.names, r.values);
     return r;
-}
-
-// A directory of its own for one test, removed with it.
-class ScratchDir {
-  public:
-    ScratchDir() {
-        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        std::string name = std::string("pwc_fab_") + info->test_suite_name() + "_" + info->name();
-        for (char& c : name)
-            if (c == '/') c = '_';
-        path_ = std::filesystem::path(::testing::TempDir()) / name;
-        std::filesystem::remove_all(path_);
-        std::filesystem::create_directories(path_);
-    }
-    ~ScratchDir() { std::filesystem::remove_all(path_); }
-    std::string File(const std::string& name) const { return (path_ / name).string(); }
-
-  private:
-    std::filesystem::path path_;
-};
-
-// What f wrote to the calculation log.
-template <class F>
-std::string CalcLog(const ScratchDir& dir, F f) {
-    const std::string path = dir.File("calc.log");
-    PD_UTIL::DebugMode(3, path);
-    f();
-    PD_UTIL::DebugMode(0, "0");
-    std::ifstream in(path);
-    std::stringstream all;
-    all << in.rdbuf();
-    return all.str();
 }
 
 // An engine on the fixture "tk9c00" (device KST-500, package QN48), whose

@@ -126,8 +126,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(PllTwelveVolt, VccTwelveIsInTheBlockButNotInItsSupplyRow) {
     FixtureEngine f;
     PC_ENG& eng = *f.eng;
-    ScratchDir dir;
-    const std::string log = CalcLog(dir, [&] { eng.Calculate(); });
+    const std::string log = pwctest::CaptureCalcLog([&] { eng.Calculate(); });
     PD_TABLE* pll = Table(eng, "PLL", "PLL");
     ASSERT_EQ(pll->GetNumOfRows(), 1);
     EXPECT_NEAR(Cell(pll, 0, "Dyn. VCC12 Pwr (W)"), 0.5e-12 * 1.2 * kVco * 1.2, 1e-12);
@@ -169,8 +168,7 @@ TEST_P(ClockFamily, RowUnusedRowTotalsAndLogWords) {
     const FamilyCase& c = GetParam();
     FixtureEngine f;
     PC_ENG& eng = *f.eng;
-    ScratchDir dir;
-    const std::string log = CalcLog(dir, [&] { eng.Calculate(); });
+    const std::string log = pwctest::CaptureCalcLog([&] { eng.Calculate(); });
     PD_TABLE* rows = Table(eng, c.panel, c.panel);
     ASSERT_NE(rows, nullptr);
     ASSERT_EQ(rows->GetNumOfRows(), 1);

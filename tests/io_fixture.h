@@ -17,51 +17,9 @@
 
 namespace iotest {
 
-inline double Num(const std::string& s) {
-    return std::strtod(s.c_str(), nullptr);
-}
-
-// The full value behind a rounded cell.
-inline double Full(PD_TABLE* t, int row, const char* column) {
-    return Num(t->GetNoRoundValueAt(row, t->GetColumnIndex(column)));
-}
-
-// A row of zeros with the named cells set.
-inline int AddRow(PD_TABLE* t, const std::map<std::string, std::string>& cells) {
-    std::vector<std::string> row(t->GetNumOfColumns(), "0");
-    for (const auto& [column, value] : cells) {
-        const int c = t->GetColumnIndex(column.c_str());
-        EXPECT_GE(c, 0) << column;
-        if (c >= 0) row[c] = value;
-    }
-    t->AddRow(row);
-    return t->GetNumOfRows() - 1;
-}
-
-// Runs f with the calculation log open; what f logged. The log lives in a
-// directory of this test and process, removed afterwards.
-template <class F>
-std::string CaptureLog(F f) {
-    namespace fs = std::filesystem;
-    const ::testing::TestInfo* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    std::string name = std::string(info->test_suite_name()) + "_" + info->name();
-    for (char& ch : name)
-        if (ch == '/') ch = '_';
-    const fs::path dir =
-        fs::path(::testing::TempDir()) / ("pwc_io_" + name + "_" + std::to_string(getpid()));
-    fs::create_directories(dir);
-    const std::string path = (dir / "calc.log").string();
-    PD_UTIL::DebugMode(3, path);
-    f();
-    PD_UTIL::DebugMode(0, "0");
-    std::stringstream all;
-    {
-        std::ifstream in(path);
-        all << in.rdbuf();
-    }
-    fs::remove_all(dir);
-    return all.str();
-}
+using pwctest::AddRow;
+using pwctest::Cell;
+using pwctest::Num;
 
 class IoDesign : public ::testing::Test {
   protected:

@@ -5,6 +5,7 @@
 #ifndef PWC_BASPCENGIN_H
 #define PWC_BASPCENGIN_H
 
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -118,6 +119,10 @@ class PC_ENG {
     // The names and values by which a formula sees a row (data columns, then
     // the supplies, "DPM", "TJ" and the device settings).
     std::vector<std::string> GetArrayOfColumnNames(PD_TABLE* table, int* count);
+    // What every row sees behind its own columns: the supplies by their
+    // `.pwr` names, "DPM", "TJ" and the device settings; names and values.
+    void AppendRowContextNames(std::vector<std::string>& names) const;
+    void ForRowContextValues(const std::function<void(const char*)>& put) const;
     std::vector<std::string> GetArrayOfColumnValues(PD_TABLE* table, int row, int* count);
     int getColumnCountMinusPwrColumn(PD_TABLE* table) const;
     // The temperature the models use now: the trial junction during an

@@ -67,35 +67,14 @@ PC_ENG::UnusedIoBank PC_ENG::UnusedIoBankOf(int bank) {
 void PC_ENG::GetArrayOfColumnUnusedNamesIO(int, std::vector<std::string>& names) {
     names = {"IO_unused", "IO_total", "Bank", "Type", "VCCIO"};
     if (HasSupply("Vtt")) names.push_back("VTT");
-    for (PD_TABLE* t : {GetSupplyTable(), GetPGSupplyTable()}) {
-        if (!t) continue;
-        for (int r = 0; r < t->GetNumOfRows(); ++r) {
-            std::string pwrName;
-            TranslateSupplyPCFtoPWR(t->GetValueAt(r, 0), pwrName);
-            names.push_back(pwrName);
-        }
-    }
-    for (const char* n :
-         {"DPM", "TJ", "Device", "Package", "Speed", "Operating", "Process", "archName"})
-        names.push_back(n);
+    AppendRowContextNames(names);
 }
 
 void PC_ENG::GetArrayOfColumnUnusedValuesIO(int bank, std::vector<std::string>& values) {
     const UnusedIoBank u = UnusedIoBankOf(bank);
     values = {PrintFixed(u.unused, 1), PrintFixed(u.total, 1), u.name, UnusedIoType(), u.vccio};
     if (HasSupply("Vtt")) values.push_back(VttVoltageOfCode(u.code));
-    for (PD_TABLE* t : {GetSupplyTable(), GetPGSupplyTable()}) {
-        if (!t) continue;
-        for (int r = 0; r < t->GetNumOfRows(); ++r) values.push_back(t->GetValueAt(r, 1));
-    }
-    values.push_back(GetVDPM("Vcc", "DPM"));
-    values.push_back(CurrentTJ());
-    values.push_back(DeviceName());
-    values.push_back(PackageName());
-    values.push_back(SpeedGrade());
-    values.push_back(OperatingName());
-    values.push_back(GetProcessType());
-    values.push_back(ArchName());
+    ForRowContextValues([&values](const char* v) { values.push_back(v); });
 }
 
 namespace {

@@ -374,6 +374,12 @@ std::vector<std::string> PC_ENG::GetArrayOfColumnNames(PD_TABLE* table, int* cou
     ForMissingExtraNames(table, [&names](const char* name) { names.push_back(name); });
     // The I/O rows see their bank's supplies.
     for (const std::string& n : IoRowSupplyNames(table)) names.push_back(n);
+    AppendRowContextNames(names);
+    if (count) *count = static_cast<int>(names.size());
+    return names;
+}
+
+void PC_ENG::AppendRowContextNames(std::vector<std::string>& names) const {
     for (PD_TABLE* t : {GetSupplyTable(), GetPGSupplyTable()}) {
         if (!t) continue;
         for (int r = 0; r < t->GetNumOfRows(); ++r) {
@@ -385,8 +391,21 @@ std::vector<std::string> PC_ENG::GetArrayOfColumnNames(PD_TABLE* table, int* cou
     for (const char* extra :
          {"DPM", "TJ", "Device", "Package", "Speed", "Operating", "Process", "archName"})
         names.push_back(extra);
-    if (count) *count = static_cast<int>(names.size());
-    return names;
+}
+
+void PC_ENG::ForRowContextValues(const std::function<void(const char*)>& put) const {
+    for (PD_TABLE* t : {GetSupplyTable(), GetPGSupplyTable()}) {
+        if (!t) continue;
+        for (int r = 0; r < t->GetNumOfRows(); ++r) put(t->GetValueAt(r, 1));
+    }
+    put(GetVDPM("Vcc", "DPM").c_str());
+    put(CurrentTJ().c_str());
+    put(DeviceName());
+    put(PackageName());
+    put(SpeedGrade());
+    put(OperatingName());
+    put(GetProcessType());
+    put(ArchName());
 }
 
 std::vector<std::string> PC_ENG::GetArrayOfColumnValues(PD_TABLE* table, int row, int* count) {
@@ -415,17 +434,6 @@ void PC_ENG::FillArrayOfColumnValues(PD_TABLE* table, int row, std::vector<std::
         put(vccio.c_str());
         if (io > 1) put(vtt.c_str());
     }
-    for (PD_TABLE* t : {GetSupplyTable(), GetPGSupplyTable()}) {
-        if (!t) continue;
-        for (int r = 0; r < t->GetNumOfRows(); ++r) put(t->GetValueAt(r, 1));
-    }
-    put(GetVDPM("Vcc", "DPM").c_str());
-    put(CurrentTJ().c_str());
-    put(DeviceName());
-    put(PackageName());
-    put(SpeedGrade());
-    put(OperatingName());
-    put(GetProcessType());
-    put(ArchName());
+    ForRowContextValues(put);
     values.resize(n);
 }
