@@ -721,6 +721,10 @@ class PC_ENG {
         std::vector<UnusedPass> unused;
         PlainDyn plainDyn;
     };
+    // "<head><row><middle><current> * <volts> = <power>" to the calculation
+    // log when it is open; a voltage read per row is shown as its text.
+    static void LogRowPower(const RowLog& log, int row, double current, double volts,
+                            const std::string* voltsText = nullptr);
     // Rows, unused row and totals of a tab.
     void RunPanelFrame(const PanelFrame& frame);
     // The pieces, for the tabs that add their own steps between them.

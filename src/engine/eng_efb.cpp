@@ -51,14 +51,6 @@ double PartCount(PC_PANEL* panel, const char* part) {
     return Num(t->GetValueAt(0, t->GetColumnIndex((std::string("# ") + part).c_str())));
 }
 
-void LogRow(const char* head, const char* middle, double current, double volts) {
-    if (!PD_UTIL::IsCalcLogOpen()) return;
-    char buf[512];
-    std::snprintf(buf, sizeof buf, "%s%d%s%g%s%g%s%g\n", head, 0, middle, current, " * ", volts,
-                  " = ", current * volts);
-    PD_UTIL::FCprintln(buf);
-}
-
 }  // namespace
 
 bool PC_ENG::detectWBused() {
@@ -87,7 +79,7 @@ void PC_ENG::EFBCalculation() {
         PD_TABLE* table = TableOf(panel, part.table);
         if (isWishbone && !wishbone) {
             // Nothing talks to the bridge: it draws nothing.
-            LogRow(part.head, part.middle, 0.0, vcc);
+            LogRowPower({part.head, part.middle}, 0, 0.0, vcc);
             if (table && table->GetNumOfRows() > 0)
                 table->SetValueAt(PrintFixed(0.0, 20).c_str(), 0,
                                   table->GetColumnIndex("Dyn. Pwr (W)"));
@@ -99,7 +91,7 @@ void PC_ENG::EFBCalculation() {
             InitConstants(names, values);
             double i = (this->*part.dyn)(names, values);
             if (part.leak) i += (this->*part.leak)(names, values);
-            LogRow(part.head, part.middle, i, vcc);
+            LogRowPower({part.head, part.middle}, 0, i, vcc);
             table->SetValueAt(PrintFixed(i * vcc, 20).c_str(), 0,
                               table->GetColumnIndex("Dyn. Pwr (W)"));
             dyn += i * vcc;

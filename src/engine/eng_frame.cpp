@@ -12,25 +12,6 @@ using namespace pwc;
 
 namespace {
 
-// "<head><row><middle><current> * <volts> = <power>"; a voltage read per row
-// is shown as its text. Without a middle the line names no row, as for a
-// block the device has once.
-void LogRowPower(const PC_ENG::RowLog& log, int row, double current, double volts,
-                 const std::string* voltsText) {
-    if (!PD_UTIL::IsCalcLogOpen() || !log.head) return;
-    char buf[512];
-    if (!log.middle)
-        std::snprintf(buf, sizeof buf, "%s%g%s%g%s%g\n", log.head, current, " * ", volts, " = ",
-                      current * volts);
-    else if (voltsText)
-        std::snprintf(buf, sizeof buf, "%s%d%s%g%s%s%s%g\n", log.head, row, log.middle, current,
-                      " * ", voltsText->c_str(), " = ", current * volts);
-    else
-        std::snprintf(buf, sizeof buf, "%s%d%s%g%s%g%s%g\n", log.head, row, log.middle, current,
-                      " * ", volts, " = ", current * volts);
-    PD_UTIL::FCprintln(buf);
-}
-
 void LogUnusedPower(const char* head, double current, double volts) {
     if (!PD_UTIL::IsCalcLogOpen() || !head) return;
     char buf[512];
@@ -51,6 +32,25 @@ void AddOnce(std::vector<int>& columns, int column) {
 }
 
 }  // namespace
+
+// "<head><row><middle><current> * <volts> = <power>"; a voltage read per row
+// is shown as its text. Without a middle the line names no row, as for a
+// block the device has once.
+void PC_ENG::LogRowPower(const RowLog& log, int row, double current, double volts,
+                         const std::string* voltsText) {
+    if (!PD_UTIL::IsCalcLogOpen() || !log.head) return;
+    char buf[512];
+    if (!log.middle)
+        std::snprintf(buf, sizeof buf, "%s%g%s%g%s%g\n", log.head, current, " * ", volts, " = ",
+                      current * volts);
+    else if (voltsText)
+        std::snprintf(buf, sizeof buf, "%s%d%s%g%s%s%s%g\n", log.head, row, log.middle, current,
+                      " * ", voltsText->c_str(), " = ", current * volts);
+    else
+        std::snprintf(buf, sizeof buf, "%s%d%s%g%s%g%s%g\n", log.head, row, log.middle, current,
+                      " * ", volts, " = ", current * volts);
+    PD_UTIL::FCprintln(buf);
+}
 
 void PC_ENG::AppendSettingNames(std::vector<std::string>& names) {
     for (const char* n : {"Device", "Package", "Operating", "Speed", "TJ", "Process", "archName"})

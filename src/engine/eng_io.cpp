@@ -199,14 +199,6 @@ void AddToCell(PD_TABLE* t, int row, const std::string& column, double watts) {
     t->SetValueAt(PrintFixed(Num(t->GetValueAt(row, col)) + watts, 20).c_str(), row, col);
 }
 
-void LogBlockPower(const char* head, int row, const char* middle, double current, double volts) {
-    if (!PD_UTIL::IsCalcLogOpen()) return;
-    char buf[512];
-    std::snprintf(buf, sizeof buf, "%s%d%s%g%s%g%s%g\n", head, row, middle, current, " * ", volts,
-                  " = ", current * volts);
-    PD_UTIL::FCprintln(buf);
-}
-
 }  // namespace
 
 void PC_ENG::IoCalculation() {
@@ -276,16 +268,16 @@ void PC_ENG::AddDeviceBlocksToBank(PD_TABLE* bankTable) {
         const double leak =
             GetIccLeakAt("MISC", "MISC", "MFG_BLK", 1.0, "MFG_BLK", s.supply, names, values);
         const double bias = GetDbiasAt("MISC", "MISC", "MFG_BLK", s.supply, names, values);
-        LogBlockPower(s.leakLog, row, ") = IccLeakMFG_BLK * v = ", leak, s.volts);
-        LogBlockPower(s.biasLog, row, ") = IccBiasMFG_BLK * v = ", bias, s.volts);
+        LogRowPower({s.leakLog, ") = IccLeakMFG_BLK * v = "}, row, leak, s.volts);
+        LogRowPower({s.biasLog, ") = IccBiasMFG_BLK * v = "}, row, bias, s.volts);
         AddToCell(bankTable, row, std::string("Leakage ") + s.tag + " Pwr (W)", leak * s.volts);
         AddToCell(bankTable, row, std::string("DCbias ") + s.tag + " Pwr (W)", bias * s.volts);
     }
     if (!PwrDataAvailable("JTAG", "Input")) return;
     const double leak = ProcessJtagLeakVccioUsed("JTAG", names, values, "VCCIO");
     const double bias = ProcessJtagBiasVccioUsed("JTAG", names, values, "VCCIO");
-    LogBlockPower("PowerLeakJTAGvccio row(", row, ") = IccLeakJTAGvccio * vccio = ", leak, vccio);
-    LogBlockPower("PowerBiasJTAGvccio row(", row, ") = IccBiasJTAGvccio * vccio = ", bias, vccio);
+    LogRowPower({"PowerLeakJTAGvccio row(", ") = IccLeakJTAGvccio * vccio = "}, row, leak, vccio);
+    LogRowPower({"PowerBiasJTAGvccio row(", ") = IccBiasJTAGvccio * vccio = "}, row, bias, vccio);
     AddToCell(bankTable, row, "Leakage VCCIO Pwr (W)", leak * vccio);
     AddToCell(bankTable, row, "DCbias VCCIO Pwr (W)", bias * vccio);
 }
