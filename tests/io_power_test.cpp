@@ -118,6 +118,41 @@ TEST_F(IoDesign, SleepingOutputsStillDriveTheirLoad) {
     }
 }
 
+// A row's currents don't depend on the rows before it: a project with two
+// banks at 3.3 V and 1.8 V gives each row the same watts in either order.
+TEST(IoRowOrder, RowsPriceAlikeInAnyOrder) {
+    const std::map<std::string, std::string> rows[] = {
+        {{"SignalName", "a"}, {"Type", "LVCMOS33"}, {"Bank", "1"}, {"IP", "3"}, {"OP", "2"}},
+        {{"SignalName", "b"}, {"Type", "LVCMOS18"}, {"Bank", "2"}, {"IP", "3"}, {"OP", "2"}}};
+    const char* const columns[] = {"Leakage VCCIO Pwr (W)", "DCbias VCCIO Pwr (W)",
+                                   "Leakage VCCAUX Pwr (W)", "Leakage VCC Pwr (W)"};
+    std::map<std::string, std::vector<double>> first;
+    for (int order = 0; order < 2; ++order) {
+        pwctest::DeviceStrings dev;
+        dev.device = "KZQ2-640ZE";
+        dev.package = "TG100";
+        auto project = pwctest::DefaultProject();
+        auto* io = dynamic_cast<PD_TBLSECT*>(project->GetSection("Input Output"));
+        ASSERT_NE(io, nullptr);
+        AddRow(io, rows[order]);
+        AddRow(io, rows[1 - order]);
+        auto eng = pwctest::MakeEngine(dev, project.get());
+        PD_TABLE* table = pwctest::TabTable(*eng, "I/O", "Input Output");
+        for (int r = 0; r < 2; ++r) {
+            const std::string name = table->GetValueAt(r, table->GetColumnIndex("Signal Name"));
+            std::vector<double> watts;
+            for (const char* c : columns) watts.push_back(Cell(table, r, c));
+            if (order == 0)
+                first[name] = watts;
+            else
+                for (size_t c = 0; c < watts.size(); ++c)
+                    EXPECT_DOUBLE_EQ(watts[c], first[name][c]) << name << " " << columns[c];
+        }
+    }
+    EXPECT_GT(first["a"][0], 0.0);
+    EXPECT_GT(first["b"][0], 0.0);
+}
+
 // Only the "Bidi" table shares its pins' time between the sides: the
 // bidirectional pins of "Input Output" count on both, whatever the duty
 // cycle. Two pins at 3.3 V: inputs 1.4 pF at 10 MHz, 50 %; outputs
