@@ -12,12 +12,9 @@ using namespace pwc;
 
 namespace {
 
-void LogUnusedPower(const char* head, double current, double volts) {
-    if (!PD_UTIL::IsCalcLogOpen() || !head) return;
-    char buf[512];
-    std::snprintf(buf, sizeof buf, "%s%g%s%g%s%g\n", head, current, " * ", volts, " = ",
-                  current * volts);
-    PD_UTIL::FCprintln(buf);
+// The power-gated supply is off in sleep; its currents are still worked out.
+double Gate(const std::string& supply, int powerMode) {
+    return supply == "VCCPG" && powerMode == 1 ? 0.0 : 1.0;
 }
 
 int ColumnOf(PD_TABLE* table, const char* column) {
@@ -142,11 +139,6 @@ void PC_ENG::RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<
     // "Dyn. Pwr (W)" sums the passes' columns whether or not they ran.
     std::vector<int> dynColumns;
     for (const SupplyPass& p : passes) AddOnce(dynColumns, ColumnOf(items, p.dynColumn));
-    // The power-gated supply is off in sleep; its currents are still worked out.
-    auto gate = [this](const std::string& supply) {
-        return supply == "VCCPG" && powerMode == 1 ? 0.0 : 1.0;
-    };
-
     int count = 0;
     const std::vector<std::string> names = GetArrayOfColumnNames(items, &count);
     std::vector<std::string> values;
@@ -172,7 +164,7 @@ void PC_ENG::RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<
             const RowLog* logs[3] = {&p.dynLog, &p.leakLog, &p.biasLog};
             const int columns[3] = {active[k].dynCol, active[k].leakCol, active[k].biasCol};
             for (const std::string& supply : active[k].setup.supplies) {
-                const double g = gate(supply);
+                const double g = Gate(supply, powerMode);
                 for (int m = 0; m < 3; ++m) {
                     if (!members[m]) continue;
                     const double i = (this->*members[m])(panel, names, values, supply);
@@ -212,9 +204,6 @@ void PC_ENG::RunFrameUnused(const char* panel, PD_TABLE* total, UnusedBuilder na
     (this->*namesOf)(source ? source : total, names);
     (this->*valuesOf)(source ? source : total, values);
     InitConstants(names, values);
-    auto gate = [this](const std::string& supply) {
-        return supply == "VCCPG" && powerMode == 1 ? 0.0 : 1.0;
-    };
     for (const UnusedPass& p : passes) {
         const PassSetup setup = SetUpPass(*this, p.supply, p.section, p.voltage, p.runIf);
         if (!setup.runs) continue;
@@ -224,16 +213,16 @@ void PC_ENG::RunFrameUnused(const char* panel, PD_TABLE* total, UnusedBuilder na
         const double biasBefore = accumulate ? Num(total->GetValueAt(0, biasCol)) : 0.0;
         double pLeak = 0.0, pBias = 0.0;
         for (const std::string& supply : setup.supplies) {
-            const double g = gate(supply);
+            const double g = Gate(supply, powerMode);
             if (p.leak) {
                 const double i = (this->*p.leak)(panel, names, values, supply);
                 pLeak += setup.volts * i * g;
-                LogUnusedPower(p.leakLog, i, setup.volts);
+                LogRowPower({p.leakLog, nullptr}, 0, i, setup.volts);
             }
             if (p.bias) {
                 const double i = (this->*p.bias)(panel, names, values, supply);
                 pBias += setup.volts * i * g;
-                LogUnusedPower(p.biasLog, i, setup.volts);
+                LogRowPower({p.biasLog, nullptr}, 0, i, setup.volts);
             }
             if (p.leak) total->SetValueAt(PrintFixed(leakBefore + pLeak, 20).c_str(), 0, leakCol);
             if (p.bias) total->SetValueAt(PrintFixed(biasBefore + pBias, 20).c_str(), 0, biasCol);

@@ -306,7 +306,7 @@ double PC_ENG::HelperVttVccauxCalc(PD_TABLE* table, const std::string& code, int
         if (volts.empty()) volts = "-1";
     }
     double power = current * Num(volts);
-    if (power == 0.0) power = 0.0;
+    if (power == 0.0) power = 0.0;  // a cell never reads "-0.000..."
     const int col = table ? table->GetColumnIndex(column.c_str()) : -1;
     if (row >= 0 && col >= 0) table->SetValueAt(PrintFixed(power, 20).c_str(), row, col);
     if (PD_UTIL::IsCalcLogOpen()) {

@@ -165,10 +165,14 @@ BlockPower TermPower(PC_PANEL* panel, const SupplyTerm& term, const std::string&
                           Row0(total, "Unused DCbias " + tag + " Pwr (W)");
     const double totals = Row0(total, "Total Leakage " + tag + " Pwr (W)") +
                           Row0(total, "Total DCbias " + tag + " Pwr (W)");
+    // Leakage and DCbias over the items and the unused row, after `start`.
+    auto withItems = [&](double start) {
+        return start + SumColumn(items, "Leakage " + tag + " Pwr (W)") +
+               SumColumn(items, "DCbias " + tag + " Pwr (W)") + unused;
+    };
     switch (term.sta) {
         case Static::Items:
-            p.sta = SumColumn(items, "Leakage " + tag + " Pwr (W)") +
-                    SumColumn(items, "DCbias " + tag + " Pwr (W)") + unused;
+            p.sta = withItems(0.0);
             break;
         case Static::EfbTotals:
             p.sta = totals + unused;
@@ -177,8 +181,7 @@ BlockPower TermPower(PC_PANEL* panel, const SupplyTerm& term, const std::string&
             p.sta = totals;
             break;
         case Static::TotalsAndItems:
-            p.sta = totals + SumColumn(items, "Leakage " + tag + " Pwr (W)") +
-                    SumColumn(items, "DCbias " + tag + " Pwr (W)") + unused;
+            p.sta = withItems(totals);
             break;
     }
     // The banks' own columns hold no switching power of the I/O rows.

@@ -312,20 +312,20 @@ using ElementHelper = double (PC_ENG::*)(const std::string& mode, const std::str
 double SumOverKinds(PC_ENG& eng, const std::string& kind, const std::string& logName,
                     const std::string& mode, ElementHelper elements, KindHelper blocks,
                     const char* item, const PC_ENG::Row& names, const PC_ENG::Row& values) {
-    std::vector<std::string> terms;
     std::vector<double> numbers;
     if (elements)
-        for (const pwc::ClockKind& k : pwc::ClockKinds()) {
+        for (const pwc::ClockKind& k : pwc::ClockKinds())
             numbers.push_back((eng.*elements)(mode, k.kind, names, values));
-            terms.push_back(kind + k.kind);
-        }
-    for (const pwc::ClockKind& k : pwc::ClockKinds()) {
+    for (const pwc::ClockKind& k : pwc::ClockKinds())
         numbers.push_back((eng.*blocks)(mode, k.kind, item, names, values));
-        terms.push_back(kind + k.kind + "dfb");
+    const double sum = Sum(numbers);
+    if (PD_UTIL::IsCalcLogOpen()) {
+        std::vector<std::string> terms;
+        if (elements)
+            for (const pwc::ClockKind& k : pwc::ClockKinds()) terms.push_back(kind + k.kind);
+        for (const pwc::ClockKind& k : pwc::ClockKinds()) terms.push_back(kind + k.kind + "dfb");
+        LogTermSum(logName, terms, numbers, sum);
     }
-    double sum = 0.0;
-    for (double n : numbers) sum += n;
-    LogTermSum(logName, terms, numbers, sum);
     return sum;
 }
 

@@ -44,12 +44,6 @@ void LogTerms(const std::string& name, const char* prefix, const std::vector<con
     LogTermSum(name, named, numbers);
 }
 
-double Sum(const std::vector<double>& numbers) {
-    double sum = 0.0;
-    for (double n : numbers) sum += n;
-    return sum;
-}
-
 }  // namespace
 
 // ---- The pins of a row ---------------------------------------------------------------

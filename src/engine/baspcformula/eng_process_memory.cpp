@@ -55,7 +55,7 @@ std::vector<std::string> Types(const Memory& m, const PC_ENG::Row& names,
     for (const MemorySide& s : m.sides) {
         const std::string& type = RowValue(s.type, names, values);
         if (type.empty()) {
-            PD_UTIL::FCprintln(m.error);
+            if (PD_UTIL::IsCalcLogOpen()) PD_UTIL::FCprintln(m.error);
             return {};
         }
         types.push_back(type);
@@ -67,21 +67,17 @@ std::string Label(const Memory& m, size_t side) {
     return m.sides.size() == 1 ? std::string(m.name) : std::string(m.name) + kSideNames[side];
 }
 
-double Sum(const std::vector<double>& numbers) {
-    double sum = 0.0;
-    for (double n : numbers) sum += n;
-    return sum;
-}
-
 double MemoryDyn(PC_ENG& eng, const Memory& m, const PC_ENG::Row& names, const PC_ENG::Row& values,
                  const std::string& supply) {
     const std::vector<std::string> types = Types(m, names, values);
     if (types.empty()) return 0.0;
+    // The log's names of the terms, made only while it is open.
+    const bool log = PD_UTIL::IsCalcLogOpen();
     std::vector<std::string> terms;
     std::vector<double> numbers;
     for (size_t i = 0; i < types.size(); ++i) {
         const MemorySide& s = m.sides[i];
-        terms.push_back("IccDyn" + Label(m, i));
+        if (log) terms.push_back("IccDyn" + Label(m, i));
         if (!s.freq) {
             numbers.push_back(eng.GetIccDyn(m.section, "EBR", types[i], "EBR Blocks", m.name,
                                             supply, names, values));
@@ -96,9 +92,9 @@ double MemoryDyn(PC_ENG& eng, const Memory& m, const PC_ENG::Row& names, const P
         numbers.push_back(eng.GetIccDyn(m.section, "EBR", types[i], "EBR Blocks", Label(m, i),
                                         supply, freq, af, names, values));
     }
-    terms.push_back("IccDynRoutingISB");
+    if (log) terms.push_back("IccDynRoutingISB");
     numbers.push_back(eng.GetRoutingISBdyn(m.section, names, values, supply));
-    LogTermSum("IccDyn" + std::string(m.name), terms, numbers);
+    if (log) LogTermSum("IccDyn" + std::string(m.name), terms, numbers);
     return Sum(numbers);
 }
 
@@ -107,25 +103,26 @@ double MemoryStatic(PC_ENG& eng, const Memory& m, bool leak, const PC_ENG::Row& 
                     const PC_ENG::Row& values, const std::string& supply) {
     const std::vector<std::string> types = Types(m, names, values);
     if (types.empty()) return 0.0;
-    const std::string kind = leak ? "IccLeak" : "IccBias";
+    const bool log = PD_UTIL::IsCalcLogOpen();
+    const char* kind = leak ? "IccLeak" : "IccBias";
     std::vector<std::string> terms;
     std::vector<double> numbers;
     for (size_t i = 0; i < types.size(); ++i) {
-        terms.push_back(kind + Label(m, i));
+        if (log) terms.push_back(kind + Label(m, i));
         numbers.push_back(leak ? eng.GetIccLeak(m.section, "EBR", types[i], "EBR Blocks", "EBR",
                                                 supply, names, values)
                                : eng.GetIccBias(m.section, "EBR", types[i], "EBR Blocks", "EBR",
                                                 supply, names, values));
     }
-    terms.push_back(kind + "DFB");
+    if (log) terms.push_back(kind + std::string("DFB"));
     numbers.push_back(leak ? eng.GetIccLeakDFB(m.section, "EBR", "DCforBLOCK_used", "EBR Blocks",
                                                "EBR Used", supply, names, values)
                            : eng.GetIccBiasDFB(m.section, "EBR", "DCforBLOCK_used", "EBR Blocks",
                                                "EBR Used", supply, names, values));
-    terms.push_back(kind + "RoutingISB");
+    if (log) terms.push_back(kind + std::string("RoutingISB"));
     numbers.push_back(leak ? eng.GetRoutingISBleakUsed(m.section, names, values, supply)
                            : eng.GetRoutingISBbiasUsed(m.section, names, values, supply));
-    LogTermSum(kind + m.name + "Used", terms, numbers);
+    if (log) LogTermSum(kind + std::string(m.name) + "Used", terms, numbers);
     return Sum(numbers);
 }
 

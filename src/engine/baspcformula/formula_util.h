@@ -179,6 +179,13 @@ inline std::string LogLine(const char* format, const std::string& a, const std::
     return out;
 }
 
+// The numbers' sum, in their order.
+inline double Sum(const std::vector<double>& numbers) {
+    double sum = 0.0;
+    for (double n : numbers) sum += n;
+    return sum;
+}
+
 // "name = term + term = n + n = sum", the summary line of a member's terms,
 // to the calculation log when it is open.
 inline void LogTermSum(const std::string& name, const std::vector<std::string>& terms,
@@ -194,9 +201,7 @@ inline void LogTermSum(const std::string& name, const std::vector<std::string>& 
 // The same with the sum of the numbers, in their order.
 inline void LogTermSum(const std::string& name, const std::vector<std::string>& terms,
                        const std::vector<double>& numbers) {
-    double sum = 0.0;
-    for (double n : numbers) sum += n;
-    LogTermSum(name, terms, numbers, sum);
+    if (PD_UTIL::IsCalcLogOpen()) LogTermSum(name, terms, numbers, Sum(numbers));
 }
 
 }  // namespace pwcformula
