@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <memory>
@@ -114,6 +115,28 @@ inline double Cell(PD_TABLE* t, int row, const std::string& column) {
     const int c = t->GetColumnIndex(column.c_str());
     return c < 0 ? 0.0 : Num(t->GetNoRoundValueAt(row, c));
 }
+
+// A folder of the test's own, removed with everything in it when it goes.
+class ScratchDir {
+  public:
+    explicit ScratchDir(const std::string& name)
+        : path_(std::filesystem::path(::testing::TempDir()) /
+                (name + "_" + std::to_string(getpid()))) {
+        std::filesystem::remove_all(path_);
+        std::filesystem::create_directories(path_);
+    }
+    ~ScratchDir() {
+        std::error_code ec;
+        std::filesystem::remove_all(path_, ec);
+    }
+    ScratchDir(const ScratchDir&) = delete;
+    ScratchDir& operator=(const ScratchDir&) = delete;
+    const std::filesystem::path& path() const { return path_; }
+    std::string File(const std::string& leaf) const { return (path_ / leaf).string(); }
+
+  private:
+    std::filesystem::path path_;
+};
 
 // Points the data directory at the sample devices for every test.
 class SampleDataEnvironment : public ::testing::Environment {

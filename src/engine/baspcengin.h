@@ -53,6 +53,12 @@ struct iodata {
 
 using StandbyMap = std::map<std::string, bool*>;
 
+// One report file the engine tried to write, and whether it now stands whole.
+struct ReportFileResult {
+    std::string path;
+    bool written = false;
+};
+
 class PC_ENG {
   public:
     // ---- Life and device binding (eng_setup.cpp) ------------------------
@@ -1439,6 +1445,13 @@ class PC_ENG {
     void GenerateDebugPanelHTML(const std::string& debugLog);
     void GetPower2DebugPanels(std::vector<PC_PANEL*>* list);
 
+    // ---- Report files (baspcdatadriven/eng_report_files.cpp) -------------
+    // Writes through a temporary file renamed into place; false (and nothing
+    // left behind) when the file can't be written. Every call is recorded.
+    bool WriteReportFile(const std::string& path, const std::string& content);
+    const std::vector<ReportFileResult>& ReportFiles() const;
+    void ClearReportFiles();
+
     // ---- Exchange files (eng_constraints.cpp, eng_pfr.cpp) ---------------
     int GetUserConstraints(const std::string& path);
     int ReadPFRFile(const std::string& pwrName, const std::string& a, const std::string& b,
@@ -1515,6 +1528,7 @@ class PC_ENG {
     std::vector<PC_PANEL*> panels;
     std::string currentPanelName;
     std::vector<PC_PANEL*>* debugPanels = nullptr;
+    std::vector<ReportFileResult> reportFiles;  // this session's, in order
 
     // Modes.
     std::string runningMode;
