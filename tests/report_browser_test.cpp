@@ -97,6 +97,7 @@ class Browser : public ::testing::Test {
                 "--no-first-run",
                 "--disable-extensions",
                 "--hide-scrollbars",
+                "--disable-dev-shm-usage",
                 "--user-data-dir=" + dir.File("profile")};
     }
     std::string Url(const std::string& suffix) { return "file://" + dir.File("demo" + suffix); }

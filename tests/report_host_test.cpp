@@ -119,6 +119,8 @@ TEST_F(PwcReport, FormatsAreChosenByNameAndUnknownOnesRefused) {
     EXPECT_EQ(Lines(r.out).size(), std::size(kHtmlPages));
     EXPECT_FALSE(fs::exists(dir / "demo.txt"));
 
+    EXPECT_EQ(Pwc({"report", kDemo, "-o", dir.string(), "--format", ","}).code,
+              pwchost::kExitUsage);
     r = Pwc({"report", kDemo, "-o", dir.string(), "--format", "text,pdf"});
     EXPECT_EQ(r.code, pwchost::kExitUsage);
     EXPECT_NE(r.err.find("unknown report format 'pdf' (formats: text, html)"), std::string::npos)

@@ -61,6 +61,7 @@ std::vector<const ReportFormat*> ChosenFormats(const std::vector<std::string>& a
     for (const std::string& list : asked)
         for (std::string name : GetArrayOfTokensWithTrim(list, ",", false))
             if (!name.empty()) names.push_back(name);
+    if (!asked.empty() && names.empty()) throw UsageError("no report format given");
     std::vector<const ReportFormat*> chosen;
     for (const ReportFormat& f : ReportFormats()) {
         const bool wanted = names.empty()
@@ -75,7 +76,6 @@ std::vector<const ReportFormat*> ChosenFormats(const std::vector<std::string>& a
             throw UsageError("unknown report format '" + name +
                              "' (formats: " + JoinChoices(ReportFormatNames()) + ")");
     }
-    if (chosen.empty()) throw UsageError("no report format given");
     return chosen;
 }
 

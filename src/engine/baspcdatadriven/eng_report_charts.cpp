@@ -86,7 +86,7 @@ std::string BarChart(const std::string& id, const std::string& title, const std:
     svg += "<text x=\"0\" y=\"20\" class=\"caption\">" + Escaped(title) + " (total " +
            Escaped(totalWatts) + " W)</text>\n";
     for (size_t i = 0; i < bars.size(); ++i) {
-        const double watts = Num(bars[i].watts);
+        const double watts = std::max(0.0, Num(bars[i].watts));
         const double share = total > 0.0 ? 100.0 * watts / total : 0.0;
         const double length = largest > 0.0 ? barWidth * watts / largest : 0.0;
         const int y = top + rowHeight * static_cast<int>(i);
