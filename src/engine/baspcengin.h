@@ -1445,6 +1445,86 @@ class PC_ENG {
     void GenerateDebugPanelHTML(const std::string& debugLog);
     void GetPower2DebugPanels(std::vector<PC_PANEL*>* list);
 
+    // ---- Reports: text and HTML (baspcdatadriven/eng_report_*.cpp) --------
+    // One count line of a utilization block; the HTML report names some
+    // counts otherwise than the text report.
+    struct ReportCount {
+        std::string label, htmlLabel;
+        int value = 0;
+    };
+    // The power lines of a block, from row 0 of its total table.
+    struct ReportPower {
+        bool present = false;    // the total table exists
+        bool totalOnly = false;  // only "Total Power (W)" is shown
+        std::string dynamic, statics, total;
+    };
+    // One panel's block of the utilization details, computed once and
+    // printed by both reports (eng_report_blocks.cpp).
+    struct ReportBlock {
+        std::string panel, anchor, subheader;
+        std::string heading;  // the text report's heading; empty: none
+        std::vector<ReportCount> counts;
+        ReportPower power, htmlPower;
+    };
+    std::vector<ReportBlock> GetReportBlocks();
+    // Everything above the utilization details, as both reports show it.
+    struct ReportLine {
+        std::string label, value;
+    };
+    struct ReportSummary {
+        std::string formatRevision, valuesRevision, status, pwrValues;
+        std::vector<ReportLine> details;   // "Power Project Name", ...
+        std::vector<ReportLine> supplies;  // supply, voltage
+        bool hasPower = false, hasCurrent = false;
+        std::vector<ReportLine> power;  // "Power Est. Design <supply>", "Total ..."
+        std::string totalStatic, totalDynamic;
+        std::vector<ReportLine> current;
+        bool hasBanks = false;
+        int banksUsed = 0;
+        bool hasPeak = false;
+        std::vector<std::vector<std::string>> peak;
+        std::vector<ReportLine> selections;  // board, heat sink, air flow
+        std::string ambient, theta, junction, maxSafeAmbient;
+    };
+    ReportSummary GetReportSummary();
+    // Counts of a clock-tree cell: pairs of a tag and a count joined by "_"
+    // ("t4_12"), or a plain number.
+    static int GetClockCount(const std::string& cell);
+    // Rows of the table whose cell of `column` names the core `key`.
+    static int GetTotalOrvan4FabaCore(PD_TABLE* table, const std::string& column,
+                                      const std::string& key);
+    // Static power of the reports: T minus D in the family's number format.
+    std::string ReportStaticPower(const std::string& dynamic, const std::string& total) const;
+
+    // The text report (eng_report_text.cpp).
+    std::string GenerateTxtReport(std::string programName, std::string toolName,
+                                  std::string dateLine);
+
+    // The HTML report set (eng_report_html.cpp): basePath + ".html" (frames),
+    // "_power_toc.html", "_power_top.html", "_power_summary.html",
+    // "_power_thermal.html", "_power_detail.html" and "_power_charts.html".
+    void GenerateHtmlReport(std::string basePath, std::string baseName, std::string toolName,
+                            std::string dateLine);
+    // One page through WriteReportFile; a page that can't be written is
+    // passed over.
+    void GenerateHtmlReport(std::string path, std::string content);
+    static std::string PrintBeginTable(int border);
+    static std::string PrintEndTable();
+    static std::string PrintBeginRow();
+    static std::string PrintEndRow();
+    static std::string PrintBR();
+    static std::string PrintColumn(std::string text, int width, std::string style);
+    static std::string PrintColumnCenter(std::string text, int width, std::string style);
+
+    // The chart page of the HTML set (eng_report_charts.cpp): power per
+    // block and per supply as SVG bars.
+    std::string GeneratePowerChartsPage(const std::string& toolName, const std::string& dateLine);
+
+    // Shown as the project in the reports, and the program line of the HTML
+    // pages' head; both set by the host.
+    std::string ProjectName;
+    std::string ReportProgramName;
+
     // ---- Report files (baspcdatadriven/eng_report_files.cpp) -------------
     // Writes through a temporary file renamed into place; false (and nothing
     // left behind) when the file can't be written. Every call is recorded.

@@ -39,6 +39,7 @@ const List kDphyFamilies = {"Jorvik", "JorvikF"};
 const List kSingleDphyPackages = {"CTFBGA80", "CSFBGA81", "CKFBGA80", "UCFBGA64"};
 const List kAscCurrentFamilies = {"Rail Keeper 2", "Quenra3D", "Quenra3LF"};
 const List kCoreSupplyTailFamilies = {"Tavik", "Quenra"};
+const List kReportsWithoutUfmFamilies = {"Quenra3L", "Quenra3LF"};
 
 struct FamilyArch {
     const char* family;
@@ -112,6 +113,9 @@ bool HasDualPcsStandby(const std::string& f) {
 }
 bool HasDphy(const std::string& f) {
     return InList(f, kDphyFamilies);
+}
+bool LeavesUfmOutOfReports(const std::string& f) {
+    return InList(f, kReportsWithoutUfmFamilies);
 }
 bool IsJorvikFamily(const std::string& f) {
     return f.find("Jorvik") != std::string::npos;

@@ -32,6 +32,8 @@ bool HasQuadPcsStandby(const std::string& family);  // quad channels: "Orvan4"
 bool HasDualPcsStandby(const std::string& family);  // dual channels
 // Families with MIPI D-PHY supplies and standby keys.
 bool HasDphy(const std::string& family);
+// Families whose reports leave the EFB's "UFM" table out of its counts.
+bool LeavesUfmOutOfReports(const std::string& family);
 // Substring families: "Jorvik" also covers "JorvikF".
 bool IsJorvikFamily(const std::string& family);
 bool IsOrvan4UOr5UFamily(const std::string& family);

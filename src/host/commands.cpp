@@ -213,6 +213,25 @@ int RunPwc(int argc, const char* const* argv, std::ostream& out, std::ostream& e
         ->type_name("NAME")
         ->allow_extra_args(false);
 
+    ReportOptions reports;
+    CLI::App* reportCmd =
+        app.add_subcommand("report", "Calculate a project and write its report files");
+    reportCmd->add_option("project", reports.project, "Project file (.pcf, text or binary)")
+        ->type_name("PROJECT")
+        ->required();
+    reportCmd
+        ->add_option("-o,--output-dir", reports.dir,
+                     "Folder of the reports (default: <project stem>_report beside the project)")
+        ->type_name("DIR");
+    reportCmd
+        ->add_option(
+            "--format", reports.formats,
+            "Formats, comma-separated: " + JoinChoices(ReportFormatNames()) + " (default: all)")
+        ->type_name("LIST")
+        ->allow_extra_args(false);
+    reportCmd->add_flag("--open", reports.open,
+                        "Print the HTML report's file:// URL and open it with xdg-open");
+
     bool devicesJson = false;
     CLI::App* devicesCmd = app.add_subcommand("devices", "List the devices of the data directory");
     devicesCmd->add_flag("--json", devicesJson, "Print the list as JSON");
@@ -270,6 +289,7 @@ int RunPwc(int argc, const char* const* argv, std::ostream& out, std::ostream& e
         }
         RunLogScope log(logPath);
         if (calcCmd->parsed()) return Calc(calc, out);
+        if (reportCmd->parsed()) return WriteReports(reports, out, err);
         if (devicesCmd->parsed()) return Devices(devicesJson, out);
         if (newCmd->parsed()) return New(made, out);
         return Convert(conv, out);

@@ -21,6 +21,8 @@ constexpr int kExitUsage = 2;
 // The report is complete, but the design breaks a design rule of the device
 // (a bank whose I/O types share no VCCIO, ...): see its messages.
 constexpr int kExitDesignRule = 3;
+// `pwc report`: a report file could not be written (the others were tried).
+constexpr int kExitNotWritten = 4;
 
 // A failure the user can fix (bad arguments, unknown device, unreadable
 // file); the message is one line, without the program name.
@@ -191,6 +193,24 @@ Report CollectReport(PC_ENG& engine, const DeviceInfo& device);
 TabResult CollectTab(PC_ENG& engine, const std::string& name);
 void PrintReport(const Report& report, std::ostream& out);
 std::string ReportJson(const Report& report);
+
+// ---- Report files (reports.cpp) --------------------------------------------
+
+struct ReportOptions {
+    std::string project;
+    std::string dir;                   // empty: "<stem>_report" beside the project
+    std::vector<std::string> formats;  // names, each maybe a comma list; empty: the default set
+    bool open = false;
+};
+
+// The formats `pwc report` writes, in the order they are written.
+std::vector<std::string> ReportFormatNames();
+// "Date: Sun Nov 22 10:00:00 2026": now in local time, or SOURCE_DATE_EPOCH
+// (seconds) in UTC when set, so that reports can be reproduced.
+std::string ReportDateLine();
+// The program line of the reports: "pwc <version>".
+std::string ReportProgramLine();
+int WriteReports(const ReportOptions& options, std::ostream& out, std::ostream& err);
 
 }  // namespace pwchost
 
