@@ -1,3 +1,6 @@
 pwc_test(estimation_test
     SOURCES ${CMAKE_CURRENT_LIST_DIR}/estimation_test.cpp
     AREAS pwc_engine pwc_panel pwc_lator pwc_data)
+pwc_test(estimation_drc_test
+    SOURCES ${CMAKE_CURRENT_LIST_DIR}/estimation_drc_test.cpp
+    AREAS pwc_engine pwc_panel pwc_lator pwc_data)
