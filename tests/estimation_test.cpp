@@ -3,7 +3,6 @@
 // imported I/O rows.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstdlib>
 
 #include "engine_fixture.h"
@@ -23,12 +22,6 @@ std::unique_ptr<PC_ENG> MakeEstimatingEngine(DeviceStrings& d, PD_DATA* project,
 
 std::string Text(PD_TABLE* t, int row, const char* column) {
     return t->GetValueAt(row, t->GetColumnIndex(column));
-}
-
-std::string Sci(double v) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%.4e", v);
-    return text;
 }
 
 // Unsets the variable when it goes.
