@@ -15,9 +15,10 @@ namespace {
 const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new SampleDataEnvironment);
 
 std::unique_ptr<PC_ENG> MakeEstimatingEngine(DeviceStrings& d, PD_DATA* project,
-                                             const std::string& mode = "Calculation") {
+                                             const std::string& mode = "Calculation",
+                                             const std::string& oldFamily = "") {
     return std::make_unique<PC_ENG>(d.Array(), project, mode, false, "", "", "", "", "", "",
-                                    nullptr, nullptr, nullptr, "", true, "", "");
+                                    nullptr, nullptr, nullptr, oldFamily, true, "", "");
 }
 
 std::string Text(PD_TABLE* t, int row, const char* column) {
@@ -311,5 +312,42 @@ TEST(EstimationIoCheck, RowInAMissingBankMovesToTheFirstBankAndUnknownTypesToThe
     EXPECT_EQ(Text(rows, 1, "Bank"), "2");
     EXPECT_EQ(Text(rows, 1, "Type"), "LVCMOS33");  // the template's default
 }
+
+// A design carried over from another family: its types become the nearest
+// that this device offers, and only during such a switch.
+struct TypeCase {
+    const char* type;
+    const char* switched;     // from another family
+    const char* notSwitched;  // the same family
+};
+const TypeCase kTypeCases[] = {
+    {"LVCMOS33-8mA", "LVCMOS33-DRIVE:8mA", "LVCMOS33"},  // same standard and drive
+    {"LVCMOS25-3mA", "LVCMOS25", "LVCMOS33"},            // same standard
+    {"SSTL18_II", "SSTL18_I", "LVCMOS33"},               // same standard, other suffix
+    {"HSTL12_I", "HSTL18_I", "LVCMOS33"},                // same class
+    {"FOO25", "LVCMOS33", "LVCMOS33"},                   // nothing like it: the default
+    {"LVCMOS18", "LVCMOS18", "LVCMOS18"},                // offered as it is
+};
+
+class ImportedTypes : public ::testing::TestWithParam<TypeCase> {};
+
+TEST_P(ImportedTypes, BecomeTypesTheDeviceOffers) {
+    for (bool switched : {true, false}) {
+        DeviceStrings dev;
+        auto project = DefaultProject();
+        auto* io = dynamic_cast<PD_TBLSECT*>(project->GetSection("Input Output"));
+        std::vector<std::string> cells(io->GetNumOfColumns(), "0");
+        cells[io->GetColumnIndex("SignalName")] = "s";
+        cells[io->GetColumnIndex("Type")] = GetParam().type;
+        io->AddRow(cells);
+        auto eng =
+            MakeEstimatingEngine(dev, project.get(), "Estimation", switched ? "Orvan2" : "Quenra2");
+        EXPECT_EQ(Text(TabTable(*eng, "I/O", "Input Output"), 0, "Type"),
+                  switched ? GetParam().switched : GetParam().notSwitched)
+            << (switched ? "switched" : "same family");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Types, ImportedTypes, ::testing::ValuesIn(kTypeCases));
 
 }  // namespace
