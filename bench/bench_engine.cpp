@@ -222,6 +222,40 @@ void BM_SpreadCalculate(benchmark::State& state) {
     state.counters["passes"] = passes;
 }
 
+// Estimation mode on the logic designs: the estimate pass alone, with the
+// bound's running sums and with its sums over every table at each row, and a
+// whole Calculate in estimation mode.
+void EstimationOn(Engine& e) {
+    const char* strings[7] = {"zn2c00", "Quenra2",    "KZQ2-1200HC", "CABGA256",
+                              "2",      "Commercial", "KZQ2-1200HC"};
+    e.eng->SetFamilySwitching(const_cast<char**>(strings), e.project.get(), "Calculation", "", "",
+                              "", "", nullptr, nullptr, nullptr, true);
+}
+
+void BM_EstimationPass(benchmark::State& state) {
+    Engine e = Logic(state);
+    for (auto _ : state) e.eng->ProcessEstimationMode();
+    state.SetItemsProcessed(state.iterations() * state.range(0));  // rows / second
+}
+
+void BM_EstimationPassFullSums(benchmark::State& state) {
+    Engine e = Logic(state);
+    e.eng->estimationRunningSums = false;
+    for (auto _ : state) e.eng->ProcessEstimationMode();
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_EstimationCalculate(benchmark::State& state) {
+    Engine e = Logic(state);
+    EstimationOn(e);
+    int passes = 0;
+    for (auto _ : state) {
+        e.eng->Calculate();
+        passes = e.eng->GetIterationCount();
+    }
+    state.counters["passes"] = passes;
+}
+
 BENCHMARK(BM_CalculatorPass)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_TotalPower)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Calculate)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
@@ -231,6 +265,9 @@ BENCHMARK(BM_IoCalculate)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DemoCalculate)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SpreadCalculatorPass)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SpreadCalculate)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EstimationPass)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EstimationPassFullSums)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EstimationCalculate)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

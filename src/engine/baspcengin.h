@@ -1434,9 +1434,59 @@ class PC_ENG {
                                 const std::string& supply);
 
     // ---- Estimation (baspcestimode/eng_estimation.cpp) -------------------
-    void ResetHidenDataAll();
-    void EstimationModeCheck();
     void ProcessEstimationMode();
+    // A rate of the `.pef` table for a row key and level; 0 when absent.
+    double GetEstimation(const std::string& table, const std::string& row,
+                         const std::string& column);
+    // Saves and zeroes the row's hidden columns; puts them back.
+    void ResetHidenDataOnRow(PD_TABLE* table, int row);
+    void RestoreHiddendata(PD_TABLE* table, int row);
+    void ResetHidenData(PC_PANEL* panel);
+    void ResetHidenDataAll();
+    void ResetHidenDataClocktable();
+    // Brings the I/O tables of an imported design into line with the device.
+    void EstimationModeCheck();
+    void EstimationModeIOCheck();
+    void EstimationIOTablecheck(PD_TABLE* table);
+    // A type of another family mapped onto one that this device offers.
+    std::string HlpConvertIOtype(const std::string& type);
+    std::string HlpTransformationIOtype(std::string type);
+
+    // ---- Routing estimation (baspcestimode/eng_routing.cpp) ---------------
+    void ProcessEstimationModeOnRow(PD_TABLE* table, int row);
+    // Whether the device still has the wires of one more row's estimate.
+    bool IsOkToAddMoreRoutingEstimation(double x0, double x1, double x1d, double x1f, double x2,
+                                        double x6, double isb);
+    std::string ClocksTimesAndAssignedTrunkNumber(int count, std::string resource,
+                                                  std::string prefix);
+    int GetClockComponentUsagefromRow(PD_TABLE* table, int row, std::string column);
+    std::set<int> GetClockTableRowNumber(int row, PD_TABLE* table);
+    void AddRoutingItems();
+    // Routing in use per class ("X0", "X1", "X1d", "X1f", "X2", "X6", "ISB"),
+    // summed over every table that holds routing, as the bound counts it.
+    std::vector<long> SumRoutingInUse();
+    // During an estimation pass the bound keeps these sums up to date cell by
+    // cell instead of summing all tables per row; off, it sums anew each time.
+    bool estimationRunningSums = true;
+
+    // ---- Device-change checks (baspcestimode/eng_drc.cpp) ----------------
+    // Whether the device of `device` (seven strings) can hold what the tabs
+    // use; complaints in DrcMessage. Nothing of the project changes.
+    int ResourcesDrcCheck(char** device);
+    int LogicPanDrcCheck();
+    int ClockPanDrcCheck();
+    int IoPanDrcCheck();
+    int BlockRamPanDrcCheck();
+    int PLLPanDrcCheck();
+    int DLLPanDrcCheck();
+    int DQSDLLPanDrcCheck();
+    int SerdesPanDrcCheck();
+    int MiscPanDrcCheck();
+    int FabaPanDrcCheck();
+    int DSPPanDrcCheck();
+    // The quad channels and hard-block identifiers the candidate offers.
+    std::set<std::string> GetQuadChannelSet();
+    std::set<std::string> GetFabaIDset();
 
     // ---- Statistics and debug panels (baspcdatadriven/eng_statistics.cpp)
     void CreateStatisticTable();
@@ -1638,6 +1688,20 @@ class PC_ENG {
 
     PD_TABLE* powerMatrix = nullptr;
     PD_TABLE* currentMatrix = nullptr;
+
+    // Estimation: the hidden cells of the row in work, by column index, and
+    // the routing sums of a pass (see estimationRunningSums).
+    std::map<int, std::string> estimateSave;
+    struct RoutingSums {
+        bool active = false;
+        std::vector<long> use;                   // per class
+        std::vector<long> capacity;              // per class
+        std::map<const PD_TABLE*, bool> tables;  // counted tables; true: logic
+    };
+    RoutingSums routingSums;
+    void SetHiddenCell(PD_TABLE* table, int row, int column, const std::string& text);
+    std::vector<long> RoutingCapacity();
+    void StartRoutingSums();
     // I/O power and current per supply row, rebuilt at each total.
     std::map<std::string, double> ioStaticPower, ioDynamicPower, ioStaticCurrent, ioDynamicCurrent;
     void SetIOVccioVttRows(bool dynamic);

@@ -147,6 +147,8 @@ PC_ENG::~PC_ENG() {
     delete ptdData;
     delete pcfData;
     delete pefData;
+    delete NewDeviceData;
+    delete NewDevicePgt;
     if (ownsProject) delete project;
 }
 

@@ -190,6 +190,15 @@ bool HasEdgeClockLeftRight(const std::string& arch) {
     return IsBf7p00Arch(arch) || InList(arch, kEdgeClockLeftRightArchs);
 }
 
+bool HasUnboundedRoutingEstimate(const std::string& arch) {
+    return arch == "rv7c00";
+}
+
+bool EstimatesIsbOnLuts(const std::string& arch) {
+    return IsZn2c00Arch(arch) ||
+           InList(arch, {"rv7c00", "kt7c00", "zn3c00a", "zn3c00f", "rv7d00", "wd7c00", "wd7r00"});
+}
+
 bool UsesSdcDllType(const std::string& family) {
     return InList(family, kSdcDllFamilies);
 }

@@ -81,6 +81,11 @@ bool ClocksUseEnableDuty(const std::string& arch);
 bool HasEdgeClockTopBottom(const std::string& arch);
 // Architectures with left and right edge-clock buffers ("Elr").
 bool HasEdgeClockLeftRight(const std::string& arch);
+// The architecture whose routing estimate is never bounded by the device.
+bool HasUnboundedRoutingEstimate(const std::string& arch);
+// Architectures whose estimated logic rows put the whole switch-box use on
+// "# ISBLUT" as well.
+bool EstimatesIsbOnLuts(const std::string& arch);
 
 // The clock-management and always-on blocks ------------------------------
 

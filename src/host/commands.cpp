@@ -13,8 +13,14 @@ namespace {
 struct CalcOptions {
     std::string project;
     std::vector<std::string> sets, tabs;
-    std::string ambient, process, save;
+    std::string ambient, process, save, estimate;
     bool force = false, json = false;
+};
+
+struct FitOptions {
+    std::string project;
+    std::vector<std::string> devices, packages;
+    bool json = false;
 };
 
 struct NewOptions {
@@ -71,6 +77,7 @@ int Calc(const CalcOptions& o, std::ostream& out) {
     if (!o.ambient.empty()) ParseNumber(o.ambient, "--ambient");
 
     Session session(o.project);
+    if (!o.estimate.empty()) EnableEstimation(session, o.estimate);
     PC_ENG& engine = session.Engine();
     for (const CellEdit& edit : edits) ApplyCellEdit(engine, edit);
     if (!o.ambient.empty()) engine.SetAmbientTemperature(o.ambient);
@@ -85,10 +92,14 @@ int Calc(const CalcOptions& o, std::ostream& out) {
     Report report = CollectReport(engine, session.Device());
     for (const std::string& tab : o.tabs) report.tabs.push_back(CollectTab(engine, tab));
     if (!o.save.empty()) session.SaveAs(o.save);
-    if (o.json)
+    const bool estimated = !o.estimate.empty();
+    if (o.json && estimated)
+        out << WithEstimateJson(ReportJson(report), CollectEstimate(engine)) << '\n';
+    else if (o.json)
         out << ReportJson(report) << '\n';
     else
         PrintReport(report, out);
+    if (!o.json && estimated) PrintEstimate(CollectEstimate(engine), out);
     return rulesHold ? kExitOk : kExitDesignRule;
 }
 
@@ -212,6 +223,21 @@ int RunPwc(int argc, const char* const* argv, std::ostream& out, std::ostream& e
     calcCmd->add_option("--tab", calc.tabs, "Also show a tab's rows and their power (repeatable)")
         ->type_name("NAME")
         ->allow_extra_args(false);
+    calcCmd
+        ->add_option("--estimate", calc.estimate,
+                     "Estimate routing and clock tree: low, Medium or High")
+        ->type_name("LEVEL");
+
+    FitOptions fit;
+    CLI::App* fitCmd =
+        app.add_subcommand("fit", "Check which devices can hold what a project uses");
+    fitCmd->add_option("project", fit.project, "Project file (.pcf, text or binary)")
+        ->type_name("PROJECT")
+        ->required();
+    fitCmd->add_option("--device", fit.devices, "Candidate device (repeatable, with --package)")
+        ->allow_extra_args(false);
+    fitCmd->add_option("--package", fit.packages, "Its package")->allow_extra_args(false);
+    fitCmd->add_flag("--json", fit.json, "Print the result as JSON");
 
     ReportOptions reports;
     CLI::App* reportCmd =
@@ -292,6 +318,7 @@ int RunPwc(int argc, const char* const* argv, std::ostream& out, std::ostream& e
         if (reportCmd->parsed()) return WriteReports(reports, out, err);
         if (devicesCmd->parsed()) return Devices(devicesJson, out);
         if (newCmd->parsed()) return New(made, out);
+        if (fitCmd->parsed()) return RunFit(fit.project, fit.devices, fit.packages, fit.json, out);
         return Convert(conv, out);
     } catch (const UsageError& e) {
         err << "pwc: " << e.what() << '\n';

@@ -212,6 +212,44 @@ std::string ReportDateLine();
 std::string ReportProgramLine();
 int WriteReports(const ReportOptions& options, std::ostream& out, std::ostream& err);
 
+// ---- Estimation and device fit (estimate.cpp, fit.cpp) ------------------------
+
+// Turns estimation on at a level ("low", "Medium", "High"); a UsageError for
+// any other text.
+void EnableEstimation(Session& session, const std::string& level);
+// What the estimate fills in: routing per class against the device, and the
+// clock-tree elements of the clock rows.
+struct EstimateResult {
+    std::string level;
+    struct Routing {
+        std::string name;
+        double used = 0.0, device = 0.0;
+    };
+    std::vector<Routing> routing;
+    std::vector<std::pair<std::string, int>> clockTree;  // resource, elements
+};
+EstimateResult CollectEstimate(PC_ENG& engine);
+void PrintEstimate(const EstimateResult& result, std::ostream& out);
+// The report's JSON with the estimate added under "estimation".
+std::string WithEstimateJson(const std::string& reportJson, const EstimateResult& result);
+
+// One candidate of `pwc fit`.
+struct FitResult {
+    std::string device, package;
+    bool fits = false;
+    std::vector<std::string> messages;
+};
+// Checks each (device, package) against what the project's tabs use; with
+// none given, every device and package of the project's family.
+std::vector<FitResult> FitDevices(Session& session,
+                                  std::vector<std::pair<std::string, std::string>> candidates);
+void PrintFit(const std::vector<FitResult>& results, std::ostream& out);
+std::string FitJson(const std::vector<FitResult>& results);
+// The command: devices and packages pair up by position. Exit 0 when a
+// candidate fits, kExitDesignRule when none does.
+int RunFit(const std::string& project, const std::vector<std::string>& devices,
+           const std::vector<std::string>& packages, bool json, std::ostream& out);
+
 }  // namespace pwchost
 
 #endif
