@@ -1,0 +1,3 @@
+pwc_test(statistics_test
+    SOURCES ${CMAKE_CURRENT_LIST_DIR}/statistics_test.cpp
+    AREAS pwc_engine pwc_panel pwc_lator pwc_data)
