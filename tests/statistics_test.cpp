@@ -213,6 +213,10 @@ struct LutCase {
     const char* line;
 };
 
+std::ostream& operator<<(std::ostream& os, const LutCase& c) {
+    return os << c.device << "/" << c.package;
+}
+
 class LutShare : public ::testing::TestWithParam<LutCase> {};
 
 TEST_P(LutShare, OneRowAgainstTheDevice) {
@@ -235,7 +239,13 @@ INSTANTIATE_TEST_SUITE_P(
     Devices, LutShare,
     ::testing::Values(LutCase{"KZQ2-1200HC", "CABGA256", "Allowed LUT,320.00,1280.00,25.00%"},
                       LutCase{"KZQ2-640ZE", "TG144", "Allowed LUT,320.00,640.00,50.00%"},
-                      LutCase{"KZQ2-256HC", "SG48", "Allowed LUT,320.00,256.00,125.00%"}));
+                      LutCase{"KZQ2-256HC", "SG48", "Allowed LUT,320.00,256.00,125.00%"}),
+    [](const ::testing::TestParamInfo<LutCase>& info) {
+        std::string name = std::string(info.param.device) + "_" + info.param.package;
+        for (char& c : name)
+            if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+        return name;
+    });
 
 // ---- Power matrices -------------------------------------------------------------
 
