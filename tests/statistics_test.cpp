@@ -206,6 +206,33 @@ TEST(Statistics, APanelWithoutATotalTableAddsNoGroup) {
     EXPECT_EQ(after.size() + 1, before.size());
 }
 
+// A hard-block tab: each row is one instance of the core or quad it names,
+// and channels and quads both count against "Allowed PCS".
+TEST(Statistics, HardBlockRowsCountOnePerCore) {
+    DeviceStrings dev;
+    auto project = DefaultProject();
+    auto eng = MakeEngine(dev, project.get());
+    PC_PANEL* panel = eng->GetPanel(eng->GetPanelIndex("PLL"));
+    ASSERT_NE(panel, nullptr);
+    panel->SetName("SERDES");
+    auto* pcs = new PD_TABLE("PCS");
+    pcs->SetColumns({"Tag", "Quad_Channel", "# Channels", "Core"});
+    pcs->AddRow({"", "Q0", "2", "PCIE"});
+    pcs->AddRow({"", "Q1", "1", ""});
+    panel->tables.insert(panel->tables.end() - 1, pcs);
+    eng->GetResourcesUsage();
+    const PC_ENG::ResourceGroup* group = nullptr;
+    for (const auto& g : eng->GetResourceGroups())
+        if (g.name == "PLL") group = &g;
+    ASSERT_NE(group, nullptr);
+    ASSERT_TRUE(group->resources.count("Allowed PCS"));
+    EXPECT_DOUBLE_EQ(group->resources.at("Allowed PCS")[0], 2.0 + 3.0);
+    ASSERT_TRUE(group->resources.count("PCIE"));
+    EXPECT_DOUBLE_EQ(group->resources.at("PCIE")[0], 1.0);
+    // The sample devices list no PCS: the line says so.
+    EXPECT_EQ(group->resources.at("Allowed PCS").size(), 1u);
+}
+
 // One logic row of 320 LUTs on each device: used against the device's count.
 struct LutCase {
     const char* device;

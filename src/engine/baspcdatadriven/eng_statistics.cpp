@@ -222,8 +222,9 @@ void PC_ENG::GetCompUsedNumber(PC_PANEL* panel, std::map<std::string, int>& colu
         if (hardBlock && (name == "Core" || name == "Quad_Channel")) {
             // A hard block's row is one instance of the core it names.
             if (cell.empty() || cell == "0") continue;
-            group.resources[name == "Core" ? cell : name].resize(1);
-            group.resources[name == "Core" ? cell : name][0] += 1.0;
+            std::vector<double>& instances = group.resources[name == "Core" ? cell : name];
+            instances.resize(1);
+            instances[0] += 1.0;
             continue;
         }
         const double count = panelName == "Clocks" ? ClockCellCount(cell) : Num(cell);
