@@ -304,8 +304,9 @@ std::string PC_ENG::setuplinkfile(const std::string& panel, const std::string& t
             const int row = RowOf(t, block);
             if (row < 0) continue;
             for (int c = 1; c < t->GetNumOfColumns(); ++c) {
-                const std::string cell = t->GetValueAt(row, c);
-                if (WithoutBlanks(cell).find(name + "=") == std::string::npos) continue;
+                // An entry of the cell whose name is the term's.
+                const std::string cell = "#" + WithoutBlanks(t->GetValueAt(row, c));
+                if (cell.find("#" + name + "=") == std::string::npos) continue;
                 return TablePage(stem, panel, equations) + "#" + Anchor(block, t->columns[c]);
             }
         }
