@@ -5,6 +5,7 @@
 #ifndef PWC_BASPCENGIN_H
 #define PWC_BASPCENGIN_H
 
+#include <cstdio>
 #include <functional>
 #include <map>
 #include <set>
@@ -322,9 +323,6 @@ class PC_ENG {
     static std::string Addmore2equation(const std::string& equation, const std::string& termName,
                                         const std::string& termFormula, const std::string& prefix,
                                         double value);
-    void SaveToDebugPanel(const std::string& panelName, const std::string& line,
-                          const std::string& expandedText, double result, const std::string& item,
-                          const std::string& supply, const std::string& tableName);
     const std::string& CurrentPanelName() const { return currentPanelName; }
 
     // Dynamic current (eng_dynamic.cpp).
@@ -1488,12 +1486,75 @@ class PC_ENG {
     std::set<std::string> GetQuadChannelSet();
     std::set<std::string> GetFabaIDset();
 
-    // ---- Statistics and debug panels (baspcdatadriven/eng_statistics.cpp)
+    // ---- Statistics and debug panels (baspcdatadriven/eng_statistics.cpp,
+    // eng_statistics_csv.cpp, eng_debug_pages.cpp)
+    // eng_statistics.cpp: the matrices and debug panels made at set-up, the
+    // clock maps, and the usage records the CSV files print.
     void CreateStatisticTable();
     void setClockDCCMap();
     void setClockOscList();
-    void GenerateDebugPanelHTML(const std::string& debugLog);
+    // One resource group (a panel's total table name less "Total "): per
+    // resource {used, used fraction, device total}; short when the device
+    // lacks the resource. I/O types with their pin counts for "PIO Pins Max".
+    struct ResourceGroup {
+        std::string name;
+        std::map<std::string, std::vector<double>> resources;
+        std::map<std::string, double> ioTypes;
+    };
+    void DetailedResourcestatistic(std::string stem);
+    void GetResourcesUsage();
+    void GetClockUsage();
+    void GetClockTreeUsage();
+    // Count columns of a table, name to index.
+    void GetCompNameMap(PC_PANEL* panel, PD_TABLE* table, std::map<std::string, int>& columns);
+    // Adds one row's counts into the group.
+    void GetCompUsedNumber(PC_PANEL* panel, std::map<std::string, int>& columns, PD_TABLE* table,
+                           int row, ResourceGroup& group);
+    // The clock name and frequency column pairs the table has.
+    std::vector<std::pair<int, int>> SetupClockUsageTable(PD_TABLE* table);
+    void setTableResName2PwdResNameMap();
+    const std::vector<ResourceGroup>& GetResourceGroups() const {
+        return resourceGroups;
+    }
+    const PD_TABLE& GetClockUsageTable() const {
+        return clockUsageTable;
+    }
+    const PD_TABLE& GetClockTreeTable() const {
+        return clockTreeTable;
+    }
+
+    // eng_statistics_csv.cpp: the statistics and matrix files.
+    void GenerateResourecUsageCSV(std::string path);
+    void GenerateClockUsageCSV(std::string path);
+    void GenerateClockTreeUsageCSV(std::string path);
+    int GeneratePowerMatrixTableCSV(std::string path);
+    void GenPowerMatrixTableCSV(FILE* file, PD_TABLE* table);
+    // What GenPowerMatrixTableCSV writes, as text.
+    static std::string PowerMatrixTableCSVText(const PD_TABLE* table);
+
+    // eng_debug_pages.cpp: the debug panels, their pages and the matrix page.
+    void CreateDebugPanels();
+    // Keeps an equation of the models in the debug panel: the log line and
+    // its numbers under the row of `item` and the column of `supply`.
+    void SaveToDebugPanel(const std::string& panelName, const std::string& line,
+                          const std::string& expandedText, double result, const std::string& item,
+                          const std::string& supply, const std::string& tableName);
     void GetPower2DebugPanels(std::vector<PC_PANEL*>* list);
+    void GenerateDebugPanelHTML(const std::string& debugLog);
+    bool GenerateDebugPanelCSV(std::string path);
+    void GeneratePowerMatrixTableHTML(std::string path);
+    // Turns a cell of "#"-separated entries into rows of a table and returns
+    // the sum of the entries' results ("%.6lf"); the rows go to `html`.
+    std::string AddHtmlLineBreak(const std::string& panel, const std::string& table,
+                                 const std::string& block, const std::string& cell,
+                                 const std::string& stem, std::string& html);
+    // The page and anchor an entry links to; "NoLink" when there is none.
+    std::string setuplinkfile(const std::string& panel, const std::string& table,
+                              const std::string& entry, const std::string& block,
+                              const std::string& stem);
+    const std::vector<PC_PANEL*>* GetDebugPanels() const {
+        return debugPanels;
+    }
 
     // ---- Reports: text and HTML (baspcdatadriven/eng_report_*.cpp) --------
     // One count line of a utilization block; the HTML report names some
@@ -1657,7 +1718,23 @@ class PC_ENG {
     // Panels.
     std::vector<PC_PANEL*> panels;
     std::string currentPanelName;
-    std::vector<PC_PANEL*>* debugPanels = nullptr;
+    std::vector<PC_PANEL*>* debugPanels = nullptr;  // points into debugPanelStore
+    // Owner of the debug panels, made only when the debug pages are on.
+    struct OwnedPanels {
+        std::vector<PC_PANEL*> list;
+        OwnedPanels() = default;
+        OwnedPanels(const OwnedPanels&) = delete;
+        OwnedPanels& operator=(const OwnedPanels&) = delete;
+        ~OwnedPanels() {
+            for (PC_PANEL* p : list) delete p;
+        }
+    };
+    OwnedPanels debugPanelStore;
+    // Usage statistics (eng_statistics.cpp).
+    std::vector<ResourceGroup> resourceGroups;
+    std::map<std::string, std::string> tableResName2PwdResName;
+    PD_TABLE clockUsageTable{"ClockUsage"};
+    PD_TABLE clockTreeTable{"DetaileClkTreeUsage"};
     std::vector<ReportFileResult> reportFiles;  // this session's, in order
 
     // Modes.

@@ -251,7 +251,3 @@ const std::string& PC_ENG::PrintFixed(double value, int precision) {
     }
     return slot.text;
 }
-
-// The debug panels arrive with the reports.
-void PC_ENG::SaveToDebugPanel(const std::string&, const std::string&, const std::string&, double,
-                              const std::string&, const std::string&, const std::string&) {}
