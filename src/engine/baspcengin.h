@@ -1624,8 +1624,15 @@ class PC_ENG {
     static std::string PrintBeginRow();
     static std::string PrintEndRow();
     static std::string PrintBR();
-    static std::string PrintColumn(std::string text, int width, std::string style);
-    static std::string PrintColumnCenter(std::string text, int width, std::string style);
+    static std::string PrintColumn(std::string text, int width, std::string style = "");
+    static std::string PrintColumnCenter(std::string text, int width, std::string style = "");
+    // The pieces every page of the HTML sets shares, the debug pages too.
+    std::string ReportPageHead(const std::string& toolName, const std::string& dateLine) const;
+    static std::string ReportPageTail();
+    static std::string ReportContentsHead(const std::string& toolName);
+    static std::string ReportPageHeader(const std::string& title);
+    static std::string ReportFrameSet(const std::string& title, const std::string& contents,
+                                      const std::string& main);
 
     // The chart page of the HTML set (eng_report_charts.cpp): power per
     // block and per supply as SVG bars.
@@ -1635,6 +1642,9 @@ class PC_ENG {
     // pages' head; both set by the host.
     std::string ProjectName;
     std::string ReportProgramName;
+    // The date line of pages written while calculating (the debug pages);
+    // the present time when the host leaves it empty.
+    std::string ReportDateLine;
 
     // ---- Report files (baspcdatadriven/eng_report_files.cpp) -------------
     // Writes through a temporary file renamed into place; false (and nothing

@@ -25,7 +25,6 @@ const char* const kEquationTables[] = {"UnusedLeakIcc", "UnusedBiasIcc", "UsedLe
 
 const char* const kDebugToolName = "Power Calculation Equation Debug";
 const char* const kMatrixToolName = "Power Calculator";
-const char* const kProgramLine = "pwc";
 const char* const kDebugFolder = "HtmlDebugDir";
 const char* const kDebugStem = "debug_power_detaile";
 // A developer's aid: the path is fixed and nothing makes its folder.
@@ -97,83 +96,16 @@ std::string Escaped(const std::string& text) {
     return out;
 }
 
-// ---- The HTML pieces the reports share (kept here until they are one set) --
-
-std::string PrintBeginTable(int border) {
-    return "\n<table border=" + std::to_string(border) +
-           " cellspacing=0 cellpadding=1 width=\"100%\">\n";
-}
-std::string PrintEndTable() {
-    return "</table>\n";
-}
-std::string PrintBeginRow() {
-    return "<tr>\n";
-}
-std::string PrintEndRow() {
-    return "</tr>\n";
-}
-std::string PrintBR() {
-    return "<br>\n";
-}
-std::string Styled(const std::string& text, const std::string& style) {
-    return style.empty() ? text : "<div class=\"" + style + "2\">" + text + "</div>";
-}
-std::string PrintColumn(const std::string& text, int width, const std::string& style = "") {
-    return "<td width=" + std::to_string(width) + "><font class=\"table\">" + Styled(text, style) +
-           "</font></td>\n";
-}
-std::string PrintColumnCenter(const std::string& text, int, const std::string& style = "") {
-    return "<td><center><font class=\"table\">" + Styled(text, style) + "</font></center></td>\n";
-}
-
-std::string PageStyles() {
-    return "<style type=\"text/css\">\n<!--\n"
-           ".table { font-family: \"Courier New\",\"Monospace\"; font-size: 10pt }\n"
-           ".title { font-family: \"Courier New\", \"Monospace\"; font-size: 11pt; color: black; "
-           "font-weight: bold }\n"
-           ".header { font-family: \"Courier New\",\"Monospace\"; font-size: 11pt; color: "
-           "#800000; font-weight: bold }\n"
-           ".subheader { font-family: \"Courier New\",\"Monospace\"; font-size: 10pt; color: "
-           "black; font-weight: bold }\n"
-           "-->\n</style>";
-}
-
-std::string DateLine() {
+// The host's date line, or the present time in its form.
+std::string PageDateLine(const std::string& given) {
+    if (!given.empty()) return given;
     const std::time_t now = std::time(nullptr);
     char text[64] = "";
     if (const std::tm* local = std::localtime(&now))
-        std::strftime(text, sizeof text, "%a %b %d %H:%M:%S %Y", local);
+        std::strftime(text, sizeof text, "Date: %a %b %d %H:%M:%S %Y", local);
     return text;
 }
 
-std::string PageHead(const std::string& tool) {
-    return "<html>\n\t<head>\n\t\t<title>" + tool + " Report</title>\n\t" + PageStyles() +
-           "\n\t</head>\n\t<body>" + "\n<p align=\"left\"><font class=\"title\">" + tool +
-           " - Report <br> " + kProgramLine + " - " + tool + "<br>" + "\n" + DateLine() +
-           "</font><br>";
-}
-std::string PageTail() {
-    return "\n\t</body>\n</html>";
-}
-
-std::string FrameSet(const std::string& title, const std::string& contents,
-                     const std::string& main) {
-    std::string text = "<html>\n<head>\n<title>" + title + "</title>\n</head>\n";
-    text += contents.empty() ? "\n<frameset rows=\"*\">"
-                             : "\n<frameset cols=\"290,*\">\n<frame name=\"contents\" "
-                               "target=\"main\" src=\"" +
-                                   contents + "\">";
-    text += "\n<frame name=\"main\" src=\"" + main + "\" scrolling=\"auto\">";
-    text +=
-        "\n<noframes>\n<body>\n<p>This page uses frames, but your browser doesn't support "
-        "them.</p>";
-    text += "\n</body>\n</noframes>\n</frameset>\n</html>";
-    return text;
-}
-
-std::string Header(const std::string& text) {
-    return "\n<br>\n<br>\n<font class=\"header\">" + text + "</font><br>\n";
-}
 std::string Link(const std::string& file, const std::string& text) {
     return "\n<a target=\"main\" href=\"" + file + "\">" + text + "</a> <br>";
 }
@@ -395,7 +327,8 @@ void PC_ENG::GenerateDebugPanelHTML(const std::string& debugLog) {
     contents += "\n<font class=\"pc2\">Table of Contents</font></b></p>";
     contents += "\n<p>";
     contents += Link(leaf + "_power_top.html", "Panels");
-    std::string top = PageHead(kDebugToolName) + Header("Panels");
+    std::string top =
+        ReportPageHead(kDebugToolName, PageDateLine(ReportDateLine)) + ReportPageHeader("Panels");
 
     for (PC_PANEL* debug : *debugPanels) {
         const std::string panel = debug->GetName();
@@ -406,8 +339,8 @@ void PC_ENG::GenerateDebugPanelHTML(const std::string& debugLog) {
             contents += Link(page, table->name);
             top += Link(page, table->name);
 
-            std::string html =
-                PageHead(kDebugToolName) + Header(Escaped(panel) + " : " + table->name);
+            std::string html = ReportPageHead(kDebugToolName, PageDateLine(ReportDateLine)) +
+                               ReportPageHeader(Escaped(panel) + " : " + table->name);
             for (int r = 0; r < table->GetNumOfRows(); ++r) {
                 const std::string block = table->GetValueAt(r, 0);
                 for (int c = 1; c < table->GetNumOfColumns(); ++c) {
@@ -425,15 +358,15 @@ void PC_ENG::GenerateDebugPanelHTML(const std::string& debugLog) {
                 }
             }
             WriteReportFile(stem + "_power_" + SafeName(panel) + "_" + table->name + ".html",
-                            html + PageTail());
+                            html + ReportPageTail());
         }
     }
     contents += "\n</body>\n</html>";
     WriteReportFile(stem + ".html",
-                    FrameSet(std::string(kDebugToolName) + " Report : " + DesignName,
-                             leaf + "_power_toc.html", leaf + "_power_top.html"));
+                    ReportFrameSet(std::string(kDebugToolName) + " Report : " + DesignName,
+                                   leaf + "_power_toc.html", leaf + "_power_top.html"));
     WriteReportFile(stem + "_power_toc.html", contents);
-    WriteReportFile(stem + "_power_top.html", top + PageTail());
+    WriteReportFile(stem + "_power_top.html", top + ReportPageTail());
 }
 
 bool PC_ENG::GenerateDebugPanelCSV(std::string) {
@@ -457,10 +390,10 @@ bool PC_ENG::GenerateDebugPanelCSV(std::string) {
 void PC_ENG::GeneratePowerMatrixTableHTML(std::string path) {
     const std::string tool = std::string(kMatrixToolName) + " debug matrix";
     const std::string leaf = std::filesystem::path(path).filename().string();
-    std::string page = PageHead(tool);
+    std::string page = ReportPageHead(tool, PageDateLine(ReportDateLine));
     for (PD_TABLE* matrix : {currentMatrix, powerMatrix}) {
         if (!matrix) continue;
-        page += Header(matrix->name) + PrintBeginTable(1);
+        page += ReportPageHeader(matrix->name) + PrintBeginTable(1);
         page += PrintBeginRow();
         for (const std::string& column : matrix->columns) page += PrintColumnCenter(column, 190);
         page += PrintEndRow();
@@ -473,6 +406,6 @@ void PC_ENG::GeneratePowerMatrixTableHTML(std::string path) {
         page += PrintEndTable();
     }
     WriteReportFile(path + ".html",
-                    FrameSet(tool + " : " + DesignName, "", leaf + "_power_detail.html"));
-    WriteReportFile(path + "_power_detail.html", page + PageTail());
+                    ReportFrameSet(tool + " : " + DesignName, "", leaf + "_power_detail.html"));
+    WriteReportFile(path + "_power_detail.html", page + ReportPageTail());
 }

@@ -25,10 +25,8 @@ const char* const kContentsStyle =
     ".pc2 {font-family: \"Courier New\", \"Monospace\"; font-size: 10pt}\n"
     "-->\n</style>";
 
-const char* const kTail = "\n\t</body>\n</html>";
-
 std::string Header(const std::string& title) {
-    return "\n<br>\n<br>\n<font class=\"header\">" + title + "</font><br>\n";
+    return PC_ENG::ReportPageHeader(title);
 }
 
 // An entry of the contents: the link's opening, its page and anchor, its text.
@@ -166,6 +164,42 @@ std::string PC_ENG::PrintColumnCenter(std::string text, int, std::string style) 
     return "<td><center><font class=\"table\">" + Styled(text, style) + "</font></center></td>\n";
 }
 
+std::string PC_ENG::ReportPageHead(const std::string& toolName, const std::string& dateLine) const {
+    return "<html>\n\t<head>\n\t\t<title>" + toolName + " Report</title>\n\t" + kPageStyle +
+           "\n\t</head>\n\t<body>" + "\n<p align=\"left\"><font class=\"title\">" + toolName +
+           " - Report <br> " + ReportProgramName + " - " + toolName + "<br>" + "\n" + dateLine +
+           "</font><br>";
+}
+
+std::string PC_ENG::ReportPageTail() {
+    return "\n\t</body>\n</html>";
+}
+
+std::string PC_ENG::ReportContentsHead(const std::string& toolName) {
+    return "<html>\n\t<head>\n\t\t<title>" + toolName + " Report</title>\n\t" + kContentsStyle +
+           "\n\t</head>\n\t<body>";
+}
+
+std::string PC_ENG::ReportPageHeader(const std::string& title) {
+    return "\n<br>\n<br>\n<font class=\"header\">" + title + "</font><br>\n";
+}
+
+std::string PC_ENG::ReportFrameSet(const std::string& title, const std::string& contents,
+                                   const std::string& main) {
+    std::string text = "<html>\n<head>\n<title>" + title + "</title>\n</head>\n";
+    // Without contents the main page fills the window alone.
+    text += contents.empty() ? "\n<frameset rows=\"*\">"
+                             : "\n<frameset cols=\"290,*\">\n<frame name=\"contents\" "
+                               "target=\"main\" src=\"" +
+                                   contents + "\">";
+    text += "\n<frame name=\"main\" src=\"" + main + "\" scrolling=\"auto\">";
+    text +=
+        "\n<noframes>\n<body>\n<p>This page uses frames, but your browser doesn't support "
+        "them.</p>";
+    text += "\n</body>\n</noframes>\n</frameset>\n</html>";
+    return text;
+}
+
 void PC_ENG::GenerateHtmlReport(std::string path, std::string content) {
     WriteReportFile(path, content);
 }
@@ -176,26 +210,15 @@ void PC_ENG::GenerateHtmlReport(std::string basePath, std::string baseName, std:
     const std::vector<ReportBlock> blocks = GetReportBlocks();
     auto has = [this](const char* panel) { return GetPanel(GetPanelIndex(panel)) != nullptr; };
 
-    const std::string head = "<html>\n\t<head>\n\t\t<title>" + toolName + " Report</title>\n\t" +
-                             kPageStyle + "\n\t</head>\n\t<body>" +
-                             "\n<p align=\"left\"><font class=\"title\">" + toolName +
-                             " - Report <br> " + ReportProgramName + " - " + toolName + "<br>" +
-                             "\n" + dateLine + "</font><br>";
+    const std::string head = ReportPageHead(toolName, dateLine);
 
     // The frame set.
-    GenerateHtmlReport(
-        basePath + ".html",
-        "<html>\n<head>\n<title>" + toolName + " Report : " + ProjectName + "</title>\n</head>\n" +
-            "\n<frameset cols=\"290,*\">\n<frame name=\"contents\" target=\"main\" src=\"" +
-            baseName + "_power_toc.html\">" + "\n<frame name=\"main\" src=\"" + baseName +
-            "_power_top.html\" scrolling=\"auto\">" +
-            "\n<noframes>\n<body>\n<p>This page uses frames, but your browser doesn't support "
-            "them.</p>" +
-            "\n</body>\n</noframes>\n</frameset>\n</html>");
+    GenerateHtmlReport(basePath + ".html",
+                       ReportFrameSet(toolName + " Report : " + ProjectName,
+                                      baseName + "_power_toc.html", baseName + "_power_top.html"));
 
     // The contents, with the chart page as its last entry.
-    std::string toc = "<html>\n\t<head>\n\t\t<title>" + toolName + " Report</title>\n\t" +
-                      kContentsStyle + "\n\t</head>\n\t<body>";
+    std::string toc = ReportContentsHead(toolName);
     toc += "\n<p align=\"center\"><b>";
     toc += "\n<font class=\"pc2\">" + toolName + " - Report</font></b></p>";
     toc += "\n<p align=\"center\"><b>";
@@ -208,7 +231,7 @@ void PC_ENG::GenerateHtmlReport(std::string basePath, std::string baseName, std:
     }
     toc += EntryOpening(EntryKind::BlankLine) + baseName + "_power_charts.html\">Power Charts</a>";
     toc += "\n</p>";
-    toc += kTail;
+    toc += ReportPageTail();
     GenerateHtmlReport(basePath + "_power_toc.html", toc);
 
     // Power model, design and supplies.
@@ -218,7 +241,7 @@ void PC_ENG::GenerateHtmlReport(std::string basePath, std::string baseName, std:
     top += Table(ProvidedRows(s.details, ""));
     top += "\n<a name=\"supplies\"></a>" + Header("Power Supplies");
     top += Table(ProvidedRows(s.supplies, " V"));
-    GenerateHtmlReport(basePath + "_power_top.html", head + top + kTail);
+    GenerateHtmlReport(basePath + "_power_top.html", head + top + ReportPageTail());
 
     // Summaries.
     std::string summary;
@@ -245,7 +268,7 @@ void PC_ENG::GenerateHtmlReport(std::string basePath, std::string baseName, std:
         }
         summary += Table(rows);
     }
-    GenerateHtmlReport(basePath + "_power_summary.html", head + summary + kTail);
+    GenerateHtmlReport(basePath + "_power_summary.html", head + summary + ReportPageTail());
 
     // Thermal.
     std::vector<ReportLine> thermalLines = s.selections;
@@ -255,7 +278,7 @@ void PC_ENG::GenerateHtmlReport(std::string basePath, std::string baseName, std:
     thermalLines.push_back({"Maximum Safe Ambient", s.maxSafeAmbient + "&#176;C"});
     const std::string thermal = "\n<a name=\"thermal\"></a>" + Header("Thermal Summary") +
                                 Table(LabelValueRows(thermalLines, ""));
-    GenerateHtmlReport(basePath + "_power_thermal.html", head + thermal + kTail);
+    GenerateHtmlReport(basePath + "_power_thermal.html", head + thermal + ReportPageTail());
 
     // Utilization: per block a row of labels over a row of values.
     std::string utilization =
@@ -285,7 +308,7 @@ void PC_ENG::GenerateHtmlReport(std::string basePath, std::string baseName, std:
         utilization += PrintBR();
     }
     GenerateHtmlReport(basePath + "_power_detail.html",
-                       head + top + summary + thermal + utilization + kTail);
+                       head + top + summary + thermal + utilization + ReportPageTail());
 
     GenerateHtmlReport(basePath + "_power_charts.html",
                        GeneratePowerChartsPage(toolName, dateLine));

@@ -111,21 +111,6 @@ std::string Printed(const char* format, double value) {
     return text;
 }
 
-// A clock-tree cell: a plain count, or "tag_count" pairs joined by "_" whose
-// counts add up.
-double ClockCellCount(const std::string& cell) {
-    if (cell.find('_') == std::string::npos) return Num(cell);
-    double count = 0.0;
-    size_t start = 0;
-    for (int index = 0;; ++index) {
-        const size_t end = cell.find('_', start);
-        if (index % 2 == 1) count += Num(cell.substr(start, end - start));
-        if (end == std::string::npos) break;
-        start = end + 1;
-    }
-    return count;
-}
-
 // Adds `count` under a component and a clock label of the usage table.
 void AddClockLoad(PD_TABLE& table, const std::string& component, const std::string& label,
                   double count) {
@@ -227,7 +212,7 @@ void PC_ENG::GetCompUsedNumber(PC_PANEL* panel, std::map<std::string, int>& colu
             instances[0] += 1.0;
             continue;
         }
-        const double count = panelName == "Clocks" ? ClockCellCount(cell) : Num(cell);
+        const double count = panelName == "Clocks" ? GetClockCount(cell) : Num(cell);
         std::vector<double>& used = group.resources[name];
         used.resize(1);
         used[0] += count;
@@ -386,7 +371,7 @@ void PC_ENG::GetClockTreeUsage() {
         std::vector<std::string> cells{clock.empty() ? "-" : clock, Printed("%.2lf", f),
                                        Printed("%.2lf", Num(clocks->GetValueAt(r, duty)))};
         for (size_t i = 0; i < n; ++i) {
-            const double count = ClockCellCount(clocks->GetValueAt(r, treeColumns[i]));
+            const double count = GetClockCount(clocks->GetValueAt(r, treeColumns[i]));
             used[i] += count;
             freqTotal[i] += f * count;  // "_freq_total"
             cells.push_back(Printed("%.0lf", count));
