@@ -5,7 +5,9 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <fstream>
 #include <map>
+#include <sstream>
 #include <string>
 
 #include "dcu_calc.h"
@@ -328,6 +330,9 @@ TEST_P(DemoTotals, BlocksSuppliesAndSummaryAddUp) {
         EXPECT_NEAR(Num(power->GetNoRoundValueAt(row, 0)), sta, 1e-12);
         EXPECT_NEAR(Num(power->GetNoRoundValueAt(row, 1)), dyn, 1e-12);
         EXPECT_GT(sta + dyn, 0.0);
+        // The power matrix shows the block's share, at the family's rounding.
+        EXPECT_NEAR(eng->GetStaTable(supply, "SERDES", eng->GetPowerMatrix()), sta + dyn,
+                    c.decimals == 4 ? 5e-5 : 5e-7);
     }
 }
 
@@ -347,3 +352,95 @@ INSTANTIATE_TEST_SUITE_P(Architectures, DemoTotals,
                          });
 
 }  // namespace
+
+// ---- Architecture rules the sample devices don't reach ------------------------------------
+
+// The rv7c00 data under another architecture's name, in a folder of the
+// test's own: each text replacement turns them into what that architecture
+// reads.
+struct RenamedArch {
+    const char* arch;
+    const char* family;
+    std::vector<std::pair<std::string, std::string>> edits;  // in every file
+};
+
+std::string ReadAll(const std::string& path) {
+    std::ifstream in(path);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+HsEngine EngineOn(const RenamedArch& a, const pwctest::ScratchDir& dir) {
+    for (const char* ext : {"pwr", "pqn", "pgt", "pcf", "pwd", "ptd", "pwi", "pef"}) {
+        std::string text = ReadAll(pwctest::DevicesDir() + "/rv7c00." + ext);
+        for (const auto& [from, to] : a.edits)
+            for (size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
+                text.replace(at, from.size(), to);
+        std::ofstream(dir.File(std::string(a.arch) + "." + ext)) << text;
+    }
+    return HsEngine({a.arch, a.family, "OR3-40", "FBGA484"}, "", dir.path().string());
+}
+
+// One channel row of the renamed data, priced; its VCC dynamic power and the
+// VCC bias of the free channels.
+struct ArchRow {
+    double dynVcc, unusedBiasVcc;
+};
+
+ArchRow PriceOn(const RenamedArch& a, const std::map<std::string, std::string>& cells) {
+    pwctest::ScratchDir dir(std::string("highspeed_") + a.arch);
+    HsEngine eng = EngineOn(a, dir);
+    PD_TABLE* pcs = Table(*eng, "SERDES", "PCS");
+    EXPECT_NE(pcs, nullptr);
+    if (!pcs) return {};
+    const int row = pwctest::AddRow(pcs, cells);
+    eng->Calculate();
+    return {Cell(pcs, row, "Dyn. VCC Pwr (W)"),
+            Cell(Total(*eng, "SERDES"), 0, "Unused DCbias VCC Pwr (W)")};
+}
+
+const std::map<std::string, std::string> kChannel = {{"Mode", "8B10B"},
+                                                     {"# Channels", "2"},
+                                                     {"Freq. (MHz)", "250"},
+                                                     {"Allow Standby", "Disable"},
+                                                     {"TX Pre-emphasis", "Enabled"}};
+// The PCS of 8B10B: 20 pF per channel at 1.1 V and 250 MHz.
+const double kTwoChannelsVcc = 1.1 * 20e-12 * 1.1 * 250e6 * 2;
+
+TEST(PcsArchitectures, ModeFromEmphasisAndGearing) {
+    // The mode's entry renamed as the emphasis and gearing cells name it; the
+    // count is the row's "PCS" column.
+    const RenamedArch gy = {"gy7s00",
+                            "Belmir",
+                            {{"coef: 8B10B,", "coef: AMP_BOOST_ENABLED_CGA_DISABLED,"},
+                             {"\"# Channels\"", "\"# PCS\""},
+                             {", Channels,", ", PCS,"}}};
+    std::map<std::string, std::string> cells = kChannel;
+    cells.erase("# Channels");
+    cells["# PCS"] = "2";
+    EXPECT_NEAR(PriceOn(gy, cells).dynVcc, kTwoChannelsVcc, 1e-12);
+    cells["TX Pre-emphasis"] = "Disabled";  // AMP_BOOST_DISABLED_...: no such entry
+    EXPECT_EQ(PriceOn(gy, cells).dynVcc, 0.0);
+}
+
+TEST(PcsArchitectures, CountOfPcsBlocksAndFreeHalves) {
+    // rv7d00 reads the mode but counts its "PCS" column.
+    const RenamedArch d = {
+        "rv7d00", "Orvan3", {{"\"# Channels\"", "\"# PCS\""}, {", Channels,", ", PCS,"}}};
+    std::map<std::string, std::string> cells = kChannel;
+    cells.erase("# Channels");
+    cells["# PCS"] = "2";
+    EXPECT_NEAR(PriceOn(d, cells).dynVcc, kTwoChannelsVcc, 1e-12);
+
+    // bf7p00m also counts the free channels' Tx and Rx halves on VCC: 0.5 and
+    // 0.25 mA for each of the two left of four.
+    const std::string halves =
+        "coef: XAUI_standby, VCC, 0.6, 0.026, 0.6, 0\ncoef: PCS_TX_unused, VCC, 0, 0.026, null, "
+        "0.5\ncoef: PCS_RX_unused, VCC, 0, 0.026, null, 0.25";
+    const RenamedArch m = {
+        "bf7p00m", "Orvan3", {{"coef: XAUI_standby, VCC, 0.6, 0.026, 0.6, 0", halves}}};
+    const RenamedArch plain = {"rv7c00", "Orvan3", m.edits};
+    EXPECT_NEAR(PriceOn(m, kChannel).unusedBiasVcc, 1.1 * 0.75e-3 * 2, 1e-12);
+    EXPECT_NEAR(PriceOn(plain, kChannel).unusedBiasVcc, 0.0, 1e-15);
+}
