@@ -213,6 +213,17 @@ TEST(PcsRow, DisabledEmphasisTakesItsOwnEntryAndNoSlices) {
     EXPECT_NEAR(Cell(r.pcs, r.row, "DCbias VCCHTX Pwr (W)"), 1.2 * 0.5e-3, 1e-12);
 }
 
+TEST(PcsRow, StandbyTakesTheStandbyEntriesAndRecords) {
+    LpreRow r;
+    Set(r.pcs, r.row, "Allow Standby", "Enable");
+    r.eng->Calculate();
+    // "8B10B_standby": 0.5 pF on VCC; the PCS block's standby record 0.05 mA.
+    EXPECT_NEAR(Cell(r.pcs, r.row, "Dyn. VCC Pwr (W)"), 1.1 * 0.5e-12 * 1.1 * 250e6, 1e-12);
+    EXPECT_NEAR(Cell(r.pcs, r.row, "DCbias VCC Pwr (W)"), 1.1 * 0.05e-3, 1e-12);
+    // The channel's references stand by at 0.2 mA instead of 1 mA.
+    EXPECT_NEAR(Cell(r.pcs, r.row, "DCbias VCCAUXA Pwr (W)"), 2.5 * 0.2e-3, 1e-12);
+}
+
 TEST(PcsRow, EmptyModeIsReportedAndPricesNoPcs) {
     LpreRow r;
     Set(r.pcs, r.row, "Mode", "");
