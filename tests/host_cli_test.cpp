@@ -566,7 +566,8 @@ TEST_F(HostTest, DevicesListsTheCatalog) {
     const Result json = Pwc({"devices", "--json"});
     ASSERT_EQ(json.code, 0) << json.err;
     const Json list = Json::parse(json.out);
-    ASSERT_EQ(list.size(), 4u);
+    // The four Quenra2 devices first; other families follow.
+    ASSERT_GE(list.size(), 4u);
     EXPECT_EQ(list[1]["device"], "KZQ2-640ZE");
     EXPECT_EQ(list[1]["arch"], "zn2c00");
     EXPECT_EQ(list[1]["packages"], Json({"SG48", "TG100", "TG144"}));

@@ -1402,6 +1402,130 @@ class PC_ENG {
     double ProcessUFMbiasUnused(const std::string& panel, const Row& names, const Row& values,
                                 const std::string& supply);
 
+    // ---- DSP tab (eng_dsp.cpp) -------------------------------------------------
+    // Two tables: the frame itself; more: one table per kind of slice, named
+    // by the kind, and the total.
+    void DSPCalculation();
+    static const PanelFrame& DspTwoTableFrame();
+    void GetArrayOfColumnUnusedNamesDSP(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesDSP(PD_TABLE* total, std::vector<std::string>& values);
+    // Each kind's "<kind>_used" and "<kind>_unused", then the supply and settings.
+    void GetArrayOfColumnUnusedNamesDSP3(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesDSP3(PD_TABLE* total, std::vector<std::string>& values);
+
+    // Its process members (baspcformula/eng_process_dsp.cpp). The Orvan3
+    // members take the kind's table name as their equation section and count.
+    double ProcessDSPdynVcc(const std::string& panel, const Row& names, const Row& values,
+                            const std::string& supply);
+    double ProcessDSPLeakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessDSPbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessDSPleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessDSPbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                const std::string& supply);
+    double ProcessDSPOrvan3dynVcc(const std::string& table, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessDSPOrvan3LeakVccUsed(const std::string& table, const Row& names,
+                                       const Row& values, const std::string& supply);
+    double ProcessDSPOrvan3biasVccUsed(const std::string& table, const Row& names,
+                                       const Row& values, const std::string& supply);
+    double ProcessDSPOrvan3leakUnused(const std::string& kind, const Row& names, const Row& values,
+                                      const std::string& supply);
+    double ProcessDSPOrvan3biasUnused(const std::string& kind, const Row& names, const Row& values,
+                                      const std::string& supply);
+
+    // ---- FABA tab (eng_faba.cpp) -----------------------------------------------
+    // Two tables: the frame itself; more: "PCIE", "SRIO", "MAC2", "MAC3" and
+    // the total.
+    void FabaCalculation();
+    static const PanelFrame& FabaTwoTableFrame();
+    void GetArrayOfColumnUnusedNamesFABA(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesFABA(PD_TABLE* total, std::vector<std::string>& values);
+    void GetArrayOfColumnUnusedNamesFABA4(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesFABA4(PD_TABLE* total, std::vector<std::string>& values);
+    // Rows of the table whose "Core" cell names the core (case-blind, ignoring
+    // anything after the name: "EMAC0" and "emac 1" are EMACs).
+    int GetTotalOrvan4FabaCore(PD_TABLE* table, const std::string& column,
+                               const std::string& core) const;
+
+    // Its process members (baspcformula/eng_process_faba.cpp).
+    double ProcessFABAdynVcc(const std::string& panel, const Row& names, const Row& values,
+                             const std::string& supply);
+    double ProcessFABALeakVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessFABAbiasVccUsed(const std::string& panel, const Row& names, const Row& values,
+                                  const std::string& supply);
+    double ProcessFABAleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessFABAbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessFABAOrvan4dynVcc(const std::string& table, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessFABAOrvan4LeakVccUsed(const std::string& table, const Row& names,
+                                        const Row& values, const std::string& supply);
+    double ProcessFABAOrvan4biasVccUsed(const std::string& table, const Row& names,
+                                        const Row& values, const std::string& supply);
+    double ProcessFABAOrvan4leakUnused(const std::string& panel, const Row& names,
+                                       const Row& values, const std::string& supply);
+    double ProcessFABAOrvan4biasUnused(const std::string& panel, const Row& names,
+                                       const Row& values, const std::string& supply);
+
+    // ---- SERDES tab (eng_serdes.cpp) -------------------------------------------
+    // The tables "PCS" (one row per group of channels) and "SERDES AUX" (the
+    // transmit PLLs), over the SERDES supplies that the summary has.
+    void SerdesCalculation();
+    static const PanelFrame& SerdesFrame();
+    void GetArrayOfColumnUnusedNamesPCS(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesPCS(PD_TABLE* total, std::vector<std::string>& values);
+    // The Tx driver's emphasis current of the row, in amperes, as "%.6lf";
+    // written to the cell and returned; "" when a column it reads is absent.
+    std::string GetSerdesLpretotal(PD_TABLE* table, int row, int column);
+
+    // Its process members (baspcformula/eng_process_serdes.cpp). `supply` is
+    // the `.pwr` name; the PCSSERDES members choose the Orvan4 forms by
+    // family and add the routing on VCC.
+    // The terms summed, each under its name in the log's summary line.
+    double SumNamedIccTerms(const std::string& logName,
+                            const std::vector<std::pair<const char*, IccTerm>>& terms,
+                            const std::string& supply, const Row& names, const Row& values);
+    std::string GetPCSmode(const Row& names, const Row& values);
+    double ProcessPCSdyn(const std::string& supply, const Row& names, const Row& values);
+    double ProcessSERDESdyn(const std::string& supply, const Row& names, const Row& values);
+    double ProcessPCSleakUsed(const std::string& supply, const Row& names, const Row& values);
+    double ProcessPCSbiasUsed(const std::string& supply, const Row& names, const Row& values);
+    double ProcessSERDESleakUsed(const std::string& supply, const Row& names, const Row& values);
+    double ProcessSERDESbiasUsed(const std::string& supply, const Row& names, const Row& values);
+    double ProcessSERDESleakUnused(const std::string& supply, const Row& names, const Row& values);
+    double ProcessSERDESbiasUnused(const std::string& supply, const Row& names, const Row& values);
+    double ProcessPCSSERDESleakVccUnused(const Row& names, const Row& values);
+    double ProcessPCSSERDESbiasVccUnused(const Row& names, const Row& values);
+    double ProcessOrvan4PCSdyn(const std::string& supply, const Row& names, const Row& values);
+    double ProcessOrvan4SERDESdyn(const std::string& supply, const Row& names, const Row& values);
+    double ProcessOrvan4PCSleakUsed(const std::string& supply, const Row& names, const Row& values);
+    double ProcessOrvan4PCSbiasUsed(const std::string& supply, const Row& names, const Row& values);
+    double ProcessOrvan4SERDESleakUsed(const std::string& supply, const Row& names,
+                                       const Row& values);
+    double ProcessOrvan4SERDESbiasUsed(const std::string& supply, const Row& names,
+                                       const Row& values);
+    double ProcessPCSSERDESdyn(const std::string& panel, const Row& names, const Row& values,
+                               const std::string& supply);
+    double ProcessPCSSERDESleakUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessPCSSERDESbiasUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessPCSSERDESleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                      const std::string& supply);
+    double ProcessPCSSERDESbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                      const std::string& supply);
+    double ProcessSERDESAUXdyn(const std::string& panel, const Row& names, const Row& values,
+                               const std::string& supply);
+    double ProcessSERDESAUXleakUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+    double ProcessSERDESAUXbiasUsed(const std::string& panel, const Row& names, const Row& values,
+                                    const std::string& supply);
+
     // ---- EFB tab (eng_efb.cpp) ---------------------------------------------
     void EFBCalculation();
     // Whether the Wishbone bridge is in use: any I2C, SPI or UFM counted, or

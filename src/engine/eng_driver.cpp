@@ -31,7 +31,10 @@ const PanelCalculator kPanelCalculators[] = {
     {"DQS", &PC_ENG::DQSCalculation},
     {"DLLDEL", &PC_ENG::DLLDELCalculation},
     {"ESB", &PC_ENG::ESBCalculation},
+    {"SERDES", &PC_ENG::SerdesCalculation},
     {"Misc", &PC_ENG::MiscCalculation},
+    {"FABA", &PC_ENG::FabaCalculation},
+    {"DSP", &PC_ENG::DSPCalculation},
     {"EFB", &PC_ENG::EFBCalculation},
 };
 

@@ -426,7 +426,14 @@ void PC_ENG::FillArrayOfColumnValues(PD_TABLE* table, int row, std::vector<std::
         ++n;
     };
     values.reserve(data + 16);
-    for (int c = 0; c < data; ++c) put(table->GetValueAt(row, c));
+    // The Tx driver's emphasis current is worked out from the row's settings.
+    const int lpre = table->GetColumnIndex("LPRE_TOTAL");
+    for (int c = 0; c < data; ++c) {
+        if (c == lpre)
+            put(GetSerdesLpretotal(table, row, c).c_str());
+        else
+            put(table->GetValueAt(row, c));
+    }
     ForMissingExtraNames(table, [&put](const char*) { put("0"); });
     if (const int io = IoRowSupplyCount(table)) {
         std::string vccio, vtt;

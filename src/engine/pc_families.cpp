@@ -311,4 +311,25 @@ bool HasPowerGuardColumn(const std::string& family) {
     return InList(family, kPowerGuardFamilies);
 }
 
+// ---- SERDES, PCS and DSP ------------------------------------------------------
+
+bool UsesOrvan4SerdesForms(const std::string& f) {
+    return InList(f, {"Orvan4", "Orvan4UM", "Orvan5UM", "Orvan5UM5G"});
+}
+bool BuildsPcsModeFromSettings(const std::string& arch) {
+    return InList(arch, {"gy7s00", "lancet"});
+}
+bool CountsPcsBlocks(const std::string& arch) {
+    return InList(arch, {"gy7s00", "lancet", "rv7d00"});
+}
+bool HasTxDisabledEntry(const std::string& arch) {
+    return arch == "rv7c00";
+}
+bool HasPcsHalvesUnused(const std::string& arch) {
+    return InList(arch, {"bf7p00m", "bf7p00g"});
+}
+bool HasDspMiscTerm(const std::string& arch) {
+    return InList(arch, {"rv7c00", "kt7c00"});
+}
+
 }  // namespace pwc

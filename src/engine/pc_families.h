@@ -144,6 +144,24 @@ bool HasBidiDiffBankTerm(const std::string& arch);
 // Families whose "Bank Voltage" rows show the power guard ("PG").
 bool HasPowerGuardColumn(const std::string& family);
 
+// SERDES, PCS and DSP ------------------------------------------------------
+
+// Families whose channels run by "Mode" ("Tx Only", "Rx Only") at their own
+// Tx and Rx data rates: the Orvan4 forms of the PCS and SERDES members.
+bool UsesOrvan4SerdesForms(const std::string& family);
+// Architectures whose PCS mode is built from the emphasis and gearing cells.
+bool BuildsPcsModeFromSettings(const std::string& arch);
+// Architectures whose PCS dynamic current counts the "PCS" column rather
+// than "Channels".
+bool CountsPcsBlocks(const std::string& arch);
+// Architectures whose transmitter has a "TX_DISABLED" entry for a channel
+// without pre-emphasis.
+bool HasTxDisabledEntry(const std::string& arch);
+// Architectures whose free PCS also counts its Tx and Rx halves on VCC.
+bool HasPcsHalvesUnused(const std::string& arch);
+// Architectures whose DSP slices also switch their shared "MISC" part.
+bool HasDspMiscTerm(const std::string& arch);
+
 }  // namespace pwc
 
 #endif
