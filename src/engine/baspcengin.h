@@ -1725,9 +1725,6 @@ class PC_ENG {
     // Counts of a clock-tree cell: pairs of a tag and a count joined by "_"
     // ("t4_12"), or a plain number.
     static int GetClockCount(const std::string& cell);
-    // Rows of the table whose cell of `column` names the core `key`.
-    static int GetTotalOrvan4FabaCore(PD_TABLE* table, const std::string& column,
-                                      const std::string& key);
     // Static power of the reports: T minus D in the family's number format.
     std::string ReportStaticPower(const std::string& dynamic, const std::string& total) const;
 

@@ -259,16 +259,6 @@ int PC_ENG::GetClockCount(const std::string& cell) {
     return count;
 }
 
-int PC_ENG::GetTotalOrvan4FabaCore(PD_TABLE* table, const std::string& column,
-                                   const std::string& key) {
-    const int c = table ? table->GetColumnIndex(column.c_str()) : -1;
-    if (c < 0) return 0;
-    int count = 0;
-    for (int r = 0; r < table->GetNumOfRows(); ++r)
-        if (std::string(table->GetValueAt(r, c)).find(key) != std::string::npos) ++count;
-    return count;
-}
-
 std::string PC_ENG::ReportStaticPower(const std::string& dynamic, const std::string& total) const {
     return pwc::PrintFixed(Num(total) - Num(dynamic), IsSixDigitFamily(FamilyName()) ? 6 : 4);
 }
