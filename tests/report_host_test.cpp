@@ -75,14 +75,17 @@ const char* const kHtmlPages[] = {"demo.html",
                                   "demo_power_thermal.html",
                                   "demo_power_detail.html",
                                   "demo_power_charts.html"};
+const char* const kStatistics[] = {"demo_ResourceUsage.csv", "demo_ClockUsage.csv",
+                                   "demo_ClockTreeUsage.csv"};
 
-TEST_F(PwcReport, WritesTextAndHtmlAndListsEveryFile) {
+TEST_F(PwcReport, WritesTextHtmlAndStatisticsAndListsEveryFile) {
     const fs::path out = dir / "out";
     const Result r = Pwc({"report", kDemo, "-o", out.string()});
     ASSERT_EQ(r.code, 0) << r.err;
     EXPECT_EQ(r.err, "");
     std::vector<std::string> expected{(out / "demo.txt").string()};
     for (const char* page : kHtmlPages) expected.push_back((out / page).string());
+    for (const char* csv : kStatistics) expected.push_back((out / csv).string());
     EXPECT_EQ(Lines(r.out), expected);
     for (const std::string& path : expected) EXPECT_GT(fs::file_size(path), 0u) << path;
     const std::string text = ReadFile(out / "demo.txt");
@@ -101,7 +104,7 @@ TEST_F(PwcReport, TheSameEpochGivesTheSameBytes) {
             << entry.path();
         ++compared;
     }
-    EXPECT_EQ(compared, 8);
+    EXPECT_EQ(compared, 11);
 }
 
 TEST_F(PwcReport, TheDefaultFolderStandsBesideTheProject) {
@@ -123,7 +126,8 @@ TEST_F(PwcReport, FormatsAreChosenByNameAndUnknownOnesRefused) {
               pwchost::kExitUsage);
     r = Pwc({"report", kDemo, "-o", dir.string(), "--format", "text,pdf"});
     EXPECT_EQ(r.code, pwchost::kExitUsage);
-    EXPECT_NE(r.err.find("unknown report format 'pdf' (formats: text, html)"), std::string::npos)
+    EXPECT_NE(r.err.find("unknown report format 'pdf' (formats: text, html, csv, matrix, debug)"),
+              std::string::npos)
         << r.err;
 }
 
@@ -142,8 +146,35 @@ TEST_F(PwcReport, AFileThatCannotBeWrittenIsNamedAndTheRestAreWritten) {
     EXPECT_EQ(r.code, pwchost::kExitNotWritten);
     EXPECT_NE(r.err.find("cannot write '" + (dir / "demo.txt").string() + "'"), std::string::npos)
         << r.err;
-    EXPECT_EQ(Lines(r.out).size(), std::size(kHtmlPages));
+    EXPECT_EQ(Lines(r.out).size(), std::size(kHtmlPages) + std::size(kStatistics));
     EXPECT_TRUE(fs::is_regular_file(dir / "demo_power_detail.html"));
+}
+
+TEST_F(PwcReport, MatricesAndEquationPagesOnlyWhenAskedFor) {
+    Result r = Pwc({"report", kDemo, "-o", dir.string(), "--format", "matrix"});
+    ASSERT_EQ(r.code, 0) << r.err;
+    EXPECT_EQ(Lines(r.out),
+              (std::vector<std::string>{(dir / "demo_PowerMatrix.csv").string(),
+                                        (dir / "demo_PowerMatrix.html").string(),
+                                        (dir / "demo_PowerMatrix_power_detail.html").string()}));
+    EXPECT_FALSE(fs::exists(dir / "HtmlDebugDir"));
+    const std::string matrix = ReadFile(dir / "demo_PowerMatrix.csv");
+    EXPECT_NE(matrix.find("Supply\\Blocks,Logic Block,"), std::string::npos);
+
+    // The equation pages and the calculation log go into the report folder,
+    // nowhere else.
+    const fs::path out = dir / "debug";
+    r = Pwc({"report", kDemo, "-o", out.string(), "--format", "debug"});
+    unsetenv("VRL_PWC_HTML_DEBUG");
+    ASSERT_EQ(r.code, 0) << r.err;
+    const std::vector<std::string> listed = Lines(r.out);
+    ASSERT_FALSE(listed.empty());
+    EXPECT_EQ(listed.back(), (out / "demo_calc.log").string());
+    EXPECT_TRUE(fs::is_regular_file(out / "HtmlDebugDir" / "debug_power_detaile.html"));
+    EXPECT_TRUE(fs::is_regular_file(out / "HtmlDebugDir" /
+                                    "debug_power_detaile_power_LogicBlock_DynamicIcc.html"));
+    for (const std::string& path : listed) EXPECT_EQ(path.rfind(out.string(), 0), 0u) << path;
+    EXPECT_FALSE(fs::exists("HtmlDebugDir"));
 }
 
 TEST_F(PwcReport, OpenPrintsTheFrameSetsUrl) {

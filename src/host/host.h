@@ -105,7 +105,9 @@ class Session {
   public:
     // Loads the project, checks its device against the catalog and builds
     // the engine (which runs its first calculation).
-    explicit Session(const std::string& projectPath);
+    // A calculation log path makes the engine log there (and put its
+    // equation pages, when switched on, beside it).
+    explicit Session(const std::string& projectPath, const std::string& calcLog = "");
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;

@@ -36,6 +36,7 @@ struct ReportFormat {
     const char* name;
     bool byDefault;
     std::function<void(PC_ENG&, const ReportTarget&)> write;
+    bool duringCalculation = false;  // its files come from the calculation itself
 };
 
 // One entry per format; each writes through the engine, which records every
@@ -51,6 +52,16 @@ const std::vector<ReportFormat>& ReportFormats() {
          [](PC_ENG& engine, const ReportTarget& t) {
              engine.GenerateHtmlReport(t.Base(), t.stem, t.tool, t.dateLine);
          }},
+        {"csv", true,
+         [](PC_ENG& engine, const ReportTarget& t) { engine.DetailedResourcestatistic(t.Base()); }},
+        {"matrix", false,
+         [](PC_ENG& engine, const ReportTarget& t) {
+             engine.GeneratePowerMatrixTableCSV(t.Base() + "_PowerMatrix.csv");
+             engine.GeneratePowerMatrixTableHTML(t.Base() + "_PowerMatrix");
+         }},
+        // The equation pages are written by the calculation into "HtmlDebugDir"
+        // beside its log, when the engine was made with them switched on.
+        {"debug", false, [](PC_ENG&, const ReportTarget&) {}, true},
     };
     return formats;
 }
@@ -150,21 +161,27 @@ int WriteReports(const ReportOptions& o, std::ostream& out, std::ostream& err) {
     target.tool = kToolName;
     target.dateLine = ReportDateLine();
 
-    Session session(o.project);
-    PC_ENG& engine = session.Engine();
-    engine.DrcMessage.clear();
-    engine.DrcErrorCount = 0;
-    engine.Calculate();
-    engine.ProjectName = project.filename().string();
-    engine.ReportProgramName = target.program;
-
     std::error_code ec;
     fs::create_directories(target.dir, ec);
     if (ec || !fs::is_directory(target.dir))
         throw UsageError("cannot make the report folder '" + target.dir.string() + "'" +
                          (ec ? " (" + ec.message() + ")" : std::string()));
 
+    const bool debug = std::any_of(formats.begin(), formats.end(),
+                                   [](const ReportFormat* f) { return f->duringCalculation; });
+    // The engine reads the switch when it is made; the calculation log then
+    // goes beside the pages.
+    if (debug) setenv("VRL_PWC_HTML_DEBUG", "1", 1);
+    const std::string calcLog = debug ? target.Base() + "_calc.log" : "";
+    Session session(o.project, calcLog);
+    PC_ENG& engine = session.Engine();
+    engine.ProjectName = project.filename().string();
+    engine.ReportProgramName = target.program;
+    engine.ReportDateLine = target.dateLine;
+    engine.DrcMessage.clear();
+    engine.DrcErrorCount = 0;
     engine.ClearReportFiles();
+    engine.Calculate();
     for (const ReportFormat* f : formats) f->write(engine, target);
     bool allWritten = true;
     for (const ReportFileResult& file : engine.ReportFiles()) {
@@ -175,6 +192,7 @@ int WriteReports(const ReportOptions& o, std::ostream& out, std::ostream& err) {
             allWritten = false;
         }
     }
+    if (debug && fs::is_regular_file(calcLog)) out << calcLog << '\n';
     if (o.open && allWritten) {
         const std::string url = "file://" + fs::absolute(target.Base() + ".html").string();
         out << url << '\n';

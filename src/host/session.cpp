@@ -34,7 +34,7 @@ DeviceInfo ReadDeviceInfo(const PD_DATA& project) {
     return info;
 }
 
-Session::Session(const std::string& projectPath) : path_(projectPath) {
+Session::Session(const std::string& projectPath, const std::string& calcLog) : path_(projectPath) {
     std::unique_ptr<PD_DATA> project = LoadDataFile(projectPath, "project");
     try {
         device_ = ReadDeviceInfo(*project);
@@ -58,7 +58,7 @@ Session::Session(const std::string& projectPath) : path_(projectPath) {
     char* array[7];
     for (int i = 0; i < 7; ++i) array[i] = &strings[i][0];
     engine_ = std::make_unique<PC_ENG>(array, project.get(), "Calculation", false, "", "", "", "",
-                                       "", "", nullptr, nullptr, nullptr, "", false, "", "");
+                                       "", "", nullptr, nullptr, nullptr, "", false, "", calcLog);
     project_ = project.release();
 }
 
