@@ -32,6 +32,34 @@ inline bool EnvIs(const char* name, const char* value) {
     return v && std::strcmp(v, value) == 0;
 }
 
+// Text a browser shows as written, in element content and quoted attributes.
+inline std::string HtmlEscaped(const std::string& text) {
+    std::string out;
+    out.reserve(text.size());
+    for (char c : text) {
+        switch (c) {
+            case '&':
+                out += "&amp;";
+                break;
+            case '<':
+                out += "&lt;";
+                break;
+            case '>':
+                out += "&gt;";
+                break;
+            case '"':
+                out += "&quot;";
+                break;
+            case '\'':
+                out += "&#39;";
+                break;
+            default:
+                out += c;
+        }
+    }
+    return out;
+}
+
 // A speed grade keeps only what follows its first "-".
 inline std::string CutSpeed(const char* speed) {
     std::string s = speed ? speed : "";

@@ -75,27 +75,6 @@ std::string Anchor(const std::string& block, const std::string& supply) {
     return out;
 }
 
-// Text a browser shows as written.
-std::string Escaped(const std::string& text) {
-    std::string out;
-    for (char ch : text) {
-        switch (ch) {
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '&':
-                out += "&amp;";
-                break;
-            default:
-                out += ch;
-        }
-    }
-    return out;
-}
-
 // The host's date line, or the present time in its form.
 std::string PageDateLine(const std::string& given) {
     if (!given.empty()) return given;
@@ -276,22 +255,23 @@ std::string PC_ENG::AddHtmlLineBreak(const std::string& panel, const std::string
                 if (shown.empty()) continue;
                 const std::string file = setuplinkfile(panel, table, term, block, stem);
                 if (!terms.empty()) terms += " + ";
-                terms += file == "NoLink" ? Escaped(shown)
+                terms += file == "NoLink" ? pwc::HtmlEscaped(shown)
                                           : "\n<a target=\"main\" href=\"" + file + "\">" +
-                                                Escaped(shown) + "</a>";
+                                                pwc::HtmlEscaped(shown) + "</a>";
             }
             html += PrintColumn(terms, 600);
             std::string rest;
-            for (size_t i = 1; i < parts.size(); ++i) rest += " = " + Escaped(Trimmed(parts[i]));
+            for (size_t i = 1; i < parts.size(); ++i)
+                rest += " = " + pwc::HtmlEscaped(Trimmed(parts[i]));
             html += PrintColumn(rest + PrintBR() + PrintBR(), 190);
         } else {
             for (size_t i = 0; i < parts.size(); ++i) {
-                std::string text = Escaped(parts[i]);
+                std::string text = pwc::HtmlEscaped(parts[i]);
                 if (table == "TotalPowCal" && i == 1 && parts[i] == " ICC * VOLTAGE ") {
                     const std::string file = setuplinkfile(panel, table, entry, block, stem);
                     if (file != "NoLink")
                         text = "\n<a target=\"main\" href=\"" + file + "\">" +
-                               Escaped(Trimmed(parts[0])) + " ICC</a> " + " * VOLTAGE ";
+                               pwc::HtmlEscaped(Trimmed(parts[0])) + " ICC</a> " + " * VOLTAGE ";
                 }
                 if (i + 1 == parts.size()) text += PrintBR() + PrintBR();
                 html += PrintColumn(text, i == 0 ? 250 : 190);
@@ -332,22 +312,22 @@ void PC_ENG::GenerateDebugPanelHTML(const std::string& debugLog) {
 
     for (PC_PANEL* debug : *debugPanels) {
         const std::string panel = debug->GetName();
-        contents += "\n<br><font class=\"pc2\"><b>" + Escaped(panel) + "</b></font><br>";
-        top += "\n<font class=\"subheader\">" + Escaped(panel) + "</font><br>";
+        contents += "\n<br><font class=\"pc2\"><b>" + pwc::HtmlEscaped(panel) + "</b></font><br>";
+        top += "\n<font class=\"subheader\">" + pwc::HtmlEscaped(panel) + "</font><br>";
         for (PD_TABLE* table : debug->tables) {
             const std::string page = TablePage(leaf, panel, table->name);
             contents += Link(page, table->name);
             top += Link(page, table->name);
 
             std::string html = ReportPageHead(kDebugToolName, PageDateLine(ReportDateLine)) +
-                               ReportPageHeader(Escaped(panel) + " : " + table->name);
+                               ReportPageHeader(pwc::HtmlEscaped(panel) + " : " + table->name);
             for (int r = 0; r < table->GetNumOfRows(); ++r) {
                 const std::string block = table->GetValueAt(r, 0);
                 for (int c = 1; c < table->GetNumOfColumns(); ++c) {
                     const std::string cell = table->GetValueAt(r, c);
                     if (cell == "0") continue;
                     html += "\n<a name=\"" + Anchor(block, table->columns[c]) + "\"></a>";
-                    html += "\n<font class=\"subheader\">" + Escaped(block) + " / " +
+                    html += "\n<font class=\"subheader\">" + pwc::HtmlEscaped(block) + " / " +
                             table->columns[c] + "</font><br>";
                     html += PrintBeginTable(1);
                     const std::string sum =

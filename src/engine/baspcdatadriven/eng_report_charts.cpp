@@ -13,33 +13,6 @@ using namespace pwc;
 
 namespace {
 
-std::string Escaped(const std::string& text) {
-    std::string out;
-    out.reserve(text.size());
-    for (char c : text) {
-        switch (c) {
-            case '&':
-                out += "&amp;";
-                break;
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            case '\'':
-                out += "&#39;";
-                break;
-            default:
-                out += c;
-        }
-    }
-    return out;
-}
-
 struct Bar {
     std::string name, watts;  // watts as the table holds them
 };
@@ -81,10 +54,10 @@ std::string BarChart(const std::string& id, const std::string& title, const std:
     const int height = top + rowHeight * static_cast<int>(bars.size()) + 10;
     std::string svg = "<svg id=\"" + id + "\" xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
                       std::to_string(width) + "\" height=\"" + std::to_string(height) +
-                      "\" role=\"img\" aria-label=\"" + Escaped(title) + "\">\n";
-    svg += "<title>" + Escaped(title) + "</title>\n";
-    svg += "<text x=\"0\" y=\"20\" class=\"caption\">" + Escaped(title) + " (total " +
-           Escaped(totalWatts) + " W)</text>\n";
+                      "\" role=\"img\" aria-label=\"" + pwc::HtmlEscaped(title) + "\">\n";
+    svg += "<title>" + pwc::HtmlEscaped(title) + "</title>\n";
+    svg += "<text x=\"0\" y=\"20\" class=\"caption\">" + pwc::HtmlEscaped(title) + " (total " +
+           pwc::HtmlEscaped(totalWatts) + " W)</text>\n";
     for (size_t i = 0; i < bars.size(); ++i) {
         const double watts = std::max(0.0, Num(bars[i].watts));
         const double share = total > 0.0 ? 100.0 * watts / total : 0.0;
@@ -92,13 +65,14 @@ std::string BarChart(const std::string& id, const std::string& title, const std:
         const int y = top + rowHeight * static_cast<int>(i);
         svg += "<g class=\"bar\">\n";
         svg += "<text x=\"" + std::to_string(labelWidth - 8) + "\" y=\"" + std::to_string(y + 17) +
-               "\" text-anchor=\"end\" class=\"name\">" + Escaped(bars[i].name) + "</text>\n";
+               "\" text-anchor=\"end\" class=\"name\">" + pwc::HtmlEscaped(bars[i].name) +
+               "</text>\n";
         svg += "<rect x=\"" + std::to_string(labelWidth) + "\" y=\"" + std::to_string(y + 4) +
                "\" width=\"" + Fixed(length, 1) + "\" height=\"" + std::to_string(rowHeight - 8) +
                "\"/>\n";
         svg += "<text x=\"" + Fixed(labelWidth + length + 6, 1) + "\" y=\"" +
-               std::to_string(y + 17) + "\" class=\"value\">" + Escaped(bars[i].watts) + " W (" +
-               Fixed(share, 1) + "%)</text>\n";
+               std::to_string(y + 17) + "\" class=\"value\">" + pwc::HtmlEscaped(bars[i].watts) +
+               " W (" + Fixed(share, 1) + "%)</text>\n";
         svg += "</g>\n";
     }
     return svg + "</svg>\n";
@@ -120,7 +94,7 @@ std::string PC_ENG::GeneratePowerChartsPage(const std::string& toolName,
             : total;
 
     std::string page = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n";
-    page += "<title>" + Escaped(toolName) + " - Power Charts</title>\n";
+    page += "<title>" + pwc::HtmlEscaped(toolName) + " - Power Charts</title>\n";
     page +=
         "<style>\n"
         "body {font-family: \"Courier New\", monospace; font-size: 10pt; margin: 12px}\n"
@@ -132,10 +106,10 @@ std::string PC_ENG::GeneratePowerChartsPage(const std::string& toolName,
         "#supplies rect {fill: #c0803a}\n"
         "</style>\n</head>\n<body>\n";
     page += "<h1>Power Charts</h1>\n";
-    page += "<p>Project: " + Escaped(ProjectName) + "<br>\nDesign: " + Escaped(DesignName) +
-            "<br>\nDevice: " +
-            Escaped(std::string(FamilyName()) + " " + DeviceName() + " " + PackageName()) +
-            "<br>\n" + Escaped(dateLine) + "</p>\n";
+    page += "<p>Project: " + pwc::HtmlEscaped(ProjectName) +
+            "<br>\nDesign: " + pwc::HtmlEscaped(DesignName) + "<br>\nDevice: " +
+            pwc::HtmlEscaped(std::string(FamilyName()) + " " + DeviceName() + " " + PackageName()) +
+            "<br>\n" + pwc::HtmlEscaped(dateLine) + "</p>\n";
     page += "<h2>Power per Block</h2>\n";
     page += BarChart("blocks", "Power per block (W)", BlockBars(block), blockTotal);
     page += "<h2>Power per Supply</h2>\n";
