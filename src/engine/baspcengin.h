@@ -1903,7 +1903,6 @@ class PC_ENG {
     struct RoutingSums {
         bool active = false;
         std::vector<long> use;                   // per class
-        std::vector<long> capacity;              // per class
         std::map<const PD_TABLE*, bool> tables;  // counted tables; true: logic
     };
     RoutingSums routingSums;

@@ -264,6 +264,17 @@ std::string PC_ENG::ReportStaticPower(const std::string& dynamic, const std::str
 }
 
 std::vector<PC_ENG::ReportBlock> PC_ENG::GetReportBlocks() {
+    // A report changes nothing: the device questions below would otherwise
+    // add their complaints about an unlisted device to the host's messages.
+    struct KeepDrc {
+        PC_ENG& eng;
+        std::string message = eng.DrcMessage;
+        int count = eng.DrcErrorCount;
+        ~KeepDrc() {
+            eng.DrcMessage = message;
+            eng.DrcErrorCount = count;
+        }
+    } keep{*this};
     std::vector<ReportBlock> blocks;
     for (const UtilizationRule& rule : UtilizationRules()) {
         PC_PANEL* panel = GetPanel(GetPanelIndex(rule.panel));

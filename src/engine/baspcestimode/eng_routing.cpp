@@ -185,7 +185,6 @@ std::vector<long> PC_ENG::RoutingCapacity() {
 
 void PC_ENG::StartRoutingSums() {
     routingSums.use = SumRoutingInUse();
-    routingSums.capacity = RoutingCapacity();
     routingSums.tables.clear();
     for (const auto& [table, logic] : RoutingTables(*this)) routingSums.tables[table] = logic;
     routingSums.active = true;
@@ -207,8 +206,9 @@ void PC_ENG::SetHiddenCell(PD_TABLE* table, int row, int column, const std::stri
 bool PC_ENG::IsOkToAddMoreRoutingEstimation(double x0, double x1, double x1d, double x1f, double x2,
                                             double x6, double isb) {
     const std::vector<long> use = routingSums.active ? routingSums.use : SumRoutingInUse();
-    const std::vector<long> capacity =
-        routingSums.active ? routingSums.capacity : RoutingCapacity();
+    // The device is asked every time, as a check on its own would: a device
+    // missing from "Format" then says so once per check.
+    const std::vector<long> capacity = RoutingCapacity();
     const double addition[kClassCount] = {x0, x1, x1d, x1f, x2, x6, isb};
     bool fits = true;
     for (int i = 0; i < kClassCount; ++i)
@@ -245,7 +245,9 @@ std::set<int> PC_ENG::GetClockTableRowNumber(int row, PD_TABLE* table) {
     int freqColumn = -1;
     for (int c = 0; c < table->GetNumOfColumns() && freqColumn < 0; ++c)
         if (std::strstr(table->GetColumnName(c), "Freq. (MHz)")) freqColumn = c;
-    std::map<std::string, std::string> named;  // clock name to frequency
+    // Clock name to frequency. A row that names no clock (an input without
+    // one, say) adds no nameless clock to the tab.
+    std::map<std::string, std::string> named;
     for (int c = 0; c < table->GetNumOfColumns(); ++c) {
         const std::string column = table->GetColumnName(c);
         if (column.find("Freq. (MHz)") != std::string::npos) continue;
