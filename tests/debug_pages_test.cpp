@@ -118,6 +118,7 @@ class DebugOn : public ::testing::Test {
 TEST_F(DebugOn, TheDemoGivesLinkedPagesInTheLogsFolder) {
     auto project = Demo();
     auto eng = MakeLoggedEngine(dev, project.get(), scratch.File("calc.log"));
+    eng->ProjectName = "demo.pcf";
     eng->Calculate();
     const fs::path folder = scratch.path() / "HtmlDebugDir";
     for (const char* leaf : {".html", "_power_toc.html", "_power_top.html",
@@ -126,7 +127,7 @@ TEST_F(DebugOn, TheDemoGivesLinkedPagesInTheLogsFolder) {
         EXPECT_TRUE(fs::exists(folder / (kStem + leaf))) << leaf;
     const std::string frames = ReadFile(folder / (kStem + ".html"));
     EXPECT_NE(frames.find("src=\"" + kStem + "_power_top.html\""), std::string::npos);
-    EXPECT_NE(frames.find("Power Calculation Equation Debug Report : sensor_hub"),
+    EXPECT_NE(frames.find("<title>Power Calculation Equation Debug Report : demo.pcf</title>"),
               std::string::npos);
 
     // One debug panel per tab but the summary, nine tables each.
@@ -274,6 +275,17 @@ TEST_F(DebugOn, AProjectPathWithShellSyntaxRunsNothing) {
 }
 
 // The developer's CSV goes to a fixed folder that nothing makes.
+TEST_F(DebugOn, AFolderThatCannotBeMadeLeavesEveryPageRecordedAsNotWritten) {
+    std::ofstream(scratch.path() / "HtmlDebugDir") << "a file in the folder's place";
+    auto project = Demo();
+    auto eng = MakeLoggedEngine(dev, project.get(), scratch.File("calc.log"));
+    eng->ClearReportFiles();
+    eng->Calculate();
+    ASSERT_FALSE(eng->ReportFiles().empty());
+    for (const ReportFileResult& file : eng->ReportFiles()) EXPECT_FALSE(file.written) << file.path;
+    EXPECT_TRUE(fs::is_regular_file(scratch.path() / "HtmlDebugDir"));
+}
+
 TEST_F(DebugOn, TheDevelopersCsvNeedsItsOwnFolder) {
     if (fs::exists("D:")) GTEST_SKIP() << "a folder D: stands in the working directory";
     auto project = DefaultProject();

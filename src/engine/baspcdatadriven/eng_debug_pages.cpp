@@ -292,15 +292,14 @@ void PC_ENG::GenerateDebugPanelHTML(const std::string& debugLog) {
     // The folder is made by the library, never by a command line, so that no
     // path can run anything; names keep their historical stems.
     const fs::path folder = fs::path(debugLog).parent_path() / kDebugFolder;
+    // A folder that can't be made isn't looked at: every page then fails on
+    // its own and is recorded for the host.
     std::error_code ec;
     fs::create_directories(folder, ec);
-    if (ec) return;
     const std::string stem = (folder / kDebugStem).string();
     const std::string leaf = kDebugStem;
 
-    std::string contents =
-        "<html>\n<head>\n<style type=\"text/css\">\n<!--\n.pc2 { font-family: \"Courier "
-        "New\",\"Monospace\"; font-size: 10pt }\n-->\n</style>\n</head>\n<body>";
+    std::string contents = ReportContentsHead(kDebugToolName);
     contents += "\n<p align=\"center\"><b>";
     contents += "\n<font class=\"pc2\">" + std::string(kDebugToolName) + " - Report</font></b></p>";
     contents += "\n<p align=\"center\"><b>";
@@ -341,9 +340,9 @@ void PC_ENG::GenerateDebugPanelHTML(const std::string& debugLog) {
                             html + ReportPageTail());
         }
     }
-    contents += "\n</body>\n</html>";
+    contents += ReportPageTail();
     WriteReportFile(stem + ".html",
-                    ReportFrameSet(std::string(kDebugToolName) + " Report : " + DesignName,
+                    ReportFrameSet(std::string(kDebugToolName) + " Report : " + ProjectName,
                                    leaf + "_power_toc.html", leaf + "_power_top.html"));
     WriteReportFile(stem + "_power_toc.html", contents);
     WriteReportFile(stem + "_power_top.html", top + ReportPageTail());
@@ -385,7 +384,7 @@ void PC_ENG::GeneratePowerMatrixTableHTML(std::string path) {
         }
         page += PrintEndTable();
     }
-    WriteReportFile(path + ".html",
-                    ReportFrameSet(tool + " : " + DesignName, "", leaf + "_power_detail.html"));
+    WriteReportFile(path + ".html", ReportFrameSet(tool + " Report : " + ProjectName, "",
+                                                   leaf + "_power_detail.html"));
     WriteReportFile(path + "_power_detail.html", page + ReportPageTail());
 }

@@ -267,6 +267,7 @@ void PC_ENG::GetResourcesUsage() {
             std::string text;
             if (!DeviceHas(name, text)) continue;
             const double deviceTotal = Num(text);
+            if (deviceTotal <= 0.0) continue;  // shown as missing, not divided by
             const double capacity = name == "Allowed PCS" ? deviceTotal * 4.0 : deviceTotal;
             values.push_back(values[0] / capacity);
             values.push_back(deviceTotal);
@@ -368,8 +369,10 @@ void PC_ENG::GetClockTreeUsage() {
     for (int r = 0; r < clocks->GetNumOfRows(); ++r) {
         std::string clock = clocks->GetValueAt(r, name);
         const double f = Num(clocks->GetValueAt(r, freq));
-        std::vector<std::string> cells{clock.empty() ? "-" : clock, Printed("%.2lf", f),
-                                       Printed("%.2lf", Num(clocks->GetValueAt(r, duty)))};
+        // The row's own texts; only the footers are worked out.
+        std::vector<std::string> cells{clock.empty() ? "-" : clock,
+                                       freq < 0 ? "" : clocks->GetValueAt(r, freq),
+                                       duty < 0 ? "" : clocks->GetValueAt(r, duty)};
         for (size_t i = 0; i < n; ++i) {
             const double count = GetClockCount(clocks->GetValueAt(r, treeColumns[i]));
             used[i] += count;
@@ -388,8 +391,9 @@ void PC_ENG::GetClockTreeUsage() {
     std::vector<bool> listed(n, false);
     for (size_t i = 0; i < n; ++i) {
         std::string text;
-        listed[i] = DeviceHas(header[3 + i], text) != 0;
-        deviceTotal[i] = Num(text);
+        // A total of nothing is no total: it would only divide by zero.
+        deviceTotal[i] = DeviceHas(header[3 + i], text) ? Num(text) : 0.0;
+        listed[i] = deviceTotal[i] > 0.0;
     }
     footer("Statistic Report :", [](size_t) { return std::string("-"); });
     footer("Total Resources", [&](size_t i) {
