@@ -263,14 +263,15 @@ TEST(Summary, DemoBlocksAndSuppliesAddUp) {
         EXPECT_GT(total, 0.0) << block;
         EXPECT_NEAR(BlockRow(*eng, block), total, 1e-6) << block;
     }
-    // Every block on this device sits on VCC and VCCAUX only: the supplies'
-    // total is the blocks' total, and the Vcc row is its matrix row.
+    // Every block on this device sits on VCC, VCCAUX and the ASC rails: the
+    // supplies' total is the blocks' total, and the Vcc row is its matrix row.
     PD_TABLE* power = eng->GetPowerTable();
     const int last = power->GetNumOfRows() - 1;
     EXPECT_NEAR(Num(power->GetValueAt(last, 2)), Num(eng->GetTotalPower()), 1e-5);
     const int vcc = eng->GetSupplyTable()->GetRowNumber(std::string("Vcc"));
     double row = 0.0;
-    for (const char* block : {"Logic Block", "Clocks", "I/O", "Block RAM", "PLL", "EFB", "Other"})
+    for (const char* block :
+         {"Logic Block", "Clocks", "I/O", "Block RAM", "PLL", "EFB", "Other", "ASC"})
         row += eng->GetStaTable("Vcc", block, eng->GetPowerMatrix());
     EXPECT_NEAR(Num(power->GetValueAt(vcc, 2)), row, 1e-5);
 }

@@ -667,6 +667,8 @@ class PC_ENG {
     using RowPricer = void (PC_ENG::*)(PD_TABLE* table, int row,
                                        const std::vector<std::string>& names,
                                        const std::vector<std::string>& values);
+    using RowFilter = bool (PC_ENG::*)(const char* arg, const std::vector<std::string>& names,
+                                       const std::vector<std::string>& values);
     struct RowLog {
         const char* head;
         const char* middle;  // null: the line names no row
@@ -695,6 +697,10 @@ class PC_ENG {
         // Prices each row itself, writing the pass's columns, in place of
         // the members; null: the members.
         RowPricer rowPricer = nullptr;
+        // Whether the pass prices the row, given rowIfArg; a row it passes
+        // over gets "0.000000" in the pass's columns. null: every row.
+        RowFilter rowIf = nullptr;
+        const char* rowIfArg = nullptr;
     };
     // The device-wide row of what the design leaves free, on one supply.
     struct UnusedPass {
@@ -1555,6 +1561,51 @@ class PC_ENG {
     double ProcessEFBbiasUnused(const std::string& panel, const Row& names, const Row& values,
                                 const std::string& supply);
 
+    // ---- MIPI D-PHY tab (eng_mipi.cpp) -------------------------------------
+    // One copy of the supplies, or two ("0" and "1") by package; a row's
+    // "MIPIDPHY Id." chooses its copy by its last digit.
+    void MIPIDPHYCalculation();
+    bool MipiRowOnCopy(const char* copy, const Row& names, const Row& values);
+    // The free blocks of copy "0" (or of the device with one copy) and of
+    // copy "1": "MIPIDPHY_unused", "MIPIDPHY_standby", the copy's supplies.
+    void GetArrayOfColumnUnusedNamesMIPI(PD_TABLE* total, std::vector<std::string>& names);
+    void GetArrayOfColumnUnusedValuesMIPI(PD_TABLE* total, std::vector<std::string>& values);
+    void GetArrayOfColumnUnusedValuesMIPI1(PD_TABLE* total, std::vector<std::string>& values);
+    void MipiUnusedValues(char copy, std::vector<std::string>& values);
+
+    // Its process members (baspcformula/eng_process_mipi.cpp): the
+    // high-speed and low-power (10 MHz) items mixed by the row's share of
+    // time in high speed. `supply` is the `.pwr` name.
+    double ProcessMIPIdyn(const std::string& supply, const Row& names, const Row& values);
+    double MipiStaticMix(bool leak, const std::string& supply, const Row& names, const Row& values);
+    double ProcessMIPIDPHYdyn(const std::string& panel, const Row& names, const Row& values,
+                              const std::string& supply);
+    double ProcessMIPIDPHYleakused(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessMIPIDPHYbiasused(const std::string& panel, const Row& names, const Row& values,
+                                   const std::string& supply);
+    double ProcessMIPIleakUnused(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+    double ProcessMIPIbiasUnused(const std::string& panel, const Row& names, const Row& values,
+                                 const std::string& supply);
+
+    // ---- ASC tab (eng_asc.cpp) -------------------------------------------
+    void ASCCalculation();
+    // The tab when the ASC calculator is on and set up; null otherwise.
+    PC_PANEL* AscPanel() const;
+    // A row's own columns, as the "ASC CURRENT" equation sees them.
+    std::vector<std::string> GetArrayOfColumnNamesASC(PD_TABLE* table) const;
+    std::vector<std::string> GetArrayOfColumnValuesASC(PD_TABLE* table, int row) const;
+    std::string GetASCCurrentformula() const;
+    // The row's current in amperes; a name the row lacks counts 0.
+    double ProcessAscVcc(const Row& names, const Row& values);
+    // At set-up: a summary supply "ASCVCC <volts>" for each external rail,
+    // added once in the engine's life.
+    void setupASCsupply();
+    // Watts of the external rails by summary row into `rails`; returns the
+    // watts of the rails on the core supply.
+    double GetASCcurrentAndPower(std::map<std::string, double>& rails);
+
     // ---- Estimation (baspcestimode/eng_estimation.cpp) -------------------
     void ProcessEstimationMode();
     // A rate of the `.pef` table for a row key and level; 0 when absent.
@@ -1778,7 +1829,6 @@ class PC_ENG {
     int GetUserConstraints(const std::string& path);
     int ReadPFRFile(const std::string& pwrName, const std::string& a, const std::string& b,
                     const std::string& c, const std::string& arch);
-    void setupASCsupply();
 
     // ---- Thermal settings (eng_defaults.cpp, eng_thermal.cpp) ------------
     std::string AmbientTemperature;
@@ -1878,6 +1928,7 @@ class PC_ENG {
     std::string fallbackInput, fallbackOutput, fallbackBidi;
     std::vector<std::string> oldInputTypes, oldOutputTypes, oldBidiTypes;
     bool ascCalculator = false;
+    std::set<std::string> ascRails;  // summary rows added for external ASC rails
     bool debugHtml = false;
     int unusedIODevice = 1;
     int iterationCounter = 0;

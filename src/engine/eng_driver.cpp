@@ -32,10 +32,12 @@ const PanelCalculator kPanelCalculators[] = {
     {"DLLDEL", &PC_ENG::DLLDELCalculation},
     {"ESB", &PC_ENG::ESBCalculation},
     {"SERDES", &PC_ENG::SerdesCalculation},
+    {"MIPIDPHY", &PC_ENG::MIPIDPHYCalculation},
     {"Misc", &PC_ENG::MiscCalculation},
     {"FABA", &PC_ENG::FabaCalculation},
     {"DSP", &PC_ENG::DSPCalculation},
     {"EFB", &PC_ENG::EFBCalculation},
+    {"ASC", &PC_ENG::ASCCalculation},
 };
 
 }  // namespace

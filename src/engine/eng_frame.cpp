@@ -148,6 +148,13 @@ void PC_ENG::RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<
         InitConstants(names, values);
         for (size_t k = 0; k < active.size(); ++k) {
             const SupplyPass& p = *active[k].pass;
+            if (p.rowIf && !(this->*p.rowIf)(p.rowIfArg, names, values)) {
+                const ProcessMember members[3] = {p.dyn, p.leak, p.bias};
+                const int columns[3] = {active[k].dynCol, active[k].leakCol, active[k].biasCol};
+                for (int m = 0; m < 3; ++m)
+                    if (members[m]) items->SetValueAt("0.000000", row, columns[m]);
+                continue;
+            }
             if (p.rowPricer) {
                 (this->*p.rowPricer)(items, row, names, values);
                 continue;

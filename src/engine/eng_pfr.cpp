@@ -7,6 +7,3 @@ int PC_ENG::ReadPFRFile(const std::string&, const std::string&, const std::strin
                         const std::string&, const std::string&) {
     return 0;
 }
-
-// The ASC rails come with the ASC tab's calculator.
-void PC_ENG::setupASCsupply() {}

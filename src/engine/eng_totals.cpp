@@ -99,10 +99,16 @@ const std::vector<BlockRule>& BlockRules() {
          "MIPIDPHY",
          BlockRow::IfPanelExists,
          nullptr,
-         {Gated("Vcc_dphy", "VCC_DPHY", Dyn::TagColumns),
-          Gated("Vcca_dphy", "VCCA_DPHY", Dyn::TagColumns),
-          Gated("Vccpll_dphy", "VCCPLL_DPHY", Dyn::TagColumns)}},
+         // One copy ("0") or two ("0", "1") of each supply, summed per copy.
+         {Gated("Vcc_dphy0", "VCC_DPHY0", Dyn::TagColumns),
+          Gated("Vcc_dphy1", "VCC_DPHY1", Dyn::TagColumns),
+          Gated("Vcca_dphy0", "VCCA_DPHY0", Dyn::TagColumns),
+          Gated("Vcca_dphy1", "VCCA_DPHY1", Dyn::TagColumns),
+          Gated("Vccpll_dphy0", "VCCPLL_DPHY0", Dyn::TagColumns),
+          Gated("Vccpll_dphy1", "VCCPLL_DPHY1", Dyn::TagColumns)}},
         {{"FABA"}, "FABA", BlockRow::IfPanelExists, nullptr, {Vcc(Dyn::TotalDyn)}},
+        // Its supplies go by row: see GetASCcurrentAndPower.
+        {{"ASC"}, "ASC", BlockRow::IfPanelExists, nullptr, {}},
         {{"SERDES"},
          "SERDES",
          BlockRow::IfDeviceHas,
@@ -264,6 +270,18 @@ void PC_ENG::CalculateTotalPower() {
             }
         }
         if (any) blockValue[rule.block] = value;
+    }
+
+    // ASC rails on the core supply join its static power; external rails
+    // have summary rows of their own.
+    if (AscPanel()) {
+        std::map<std::string, double> ascRails;
+        const double onVcc = GetASCcurrentAndPower(ascRails);
+        ascRails["Vcc"] += onVcc;
+        for (const auto& [row, watts] : ascRails) {
+            supplyPower[row].sta += watts;
+            perBlock[row]["ASC"] += watts;
+        }
     }
 
     for (const auto& r : perBlock)
