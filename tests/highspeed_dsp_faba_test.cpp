@@ -142,12 +142,12 @@ TEST(DspKinds, HighSpeedAddsItsPipelineAndFreeSlicesCountPerKind) {
 
 // ---- Hard cores on Orvan4UM ------------------------------------------------------------
 
-// A core is counted exactly when it is priced: the cell's text without
-// surrounding blanks names the coefficient entry.
+// A core is counted exactly when it is priced: the cell's first word names
+// the coefficient entry.
 TEST(FabaCores, CountedAsTheyArePriced) {
     HsEngine eng(kOrvan4UM);
     PD_TABLE* mac2 = Table(*eng, "FABA", "MAC2");
-    const char* const cores[] = {"EMAC0", "emac 1", " EMAC3 ", "XMAC", "", "EMACS"};
+    const char* const cores[] = {"EMAC0", "emac 1", " EMAC3 ", "XMAC 10G", "", "EMACS"};
     for (const char* core : cores)
         pwctest::AddRow(mac2, {{"Core", core}, {"Freq. (MHz)", "125"}, {"AF (%)", "20"}});
     EXPECT_EQ(eng->GetTotalOrvan4FabaCore(mac2, "Core", "EMAC"), 2);

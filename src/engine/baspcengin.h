@@ -1451,8 +1451,8 @@ class PC_ENG {
     void GetArrayOfColumnUnusedValuesFABA(PD_TABLE* total, std::vector<std::string>& values);
     void GetArrayOfColumnUnusedNamesFABA4(PD_TABLE* total, std::vector<std::string>& names);
     void GetArrayOfColumnUnusedValuesFABA4(PD_TABLE* total, std::vector<std::string>& values);
-    // A "Core" cell's core: the text without surrounding blanks, as the
-    // coefficients name it ("EMAC0"). Priced and counted by this one reading.
+    // A "Core" cell's core: its first word, as the coefficients name it
+    // ("EMAC0", "PCIE" of "PCIE x4"). Priced and counted by this one reading.
     static std::string FabaCoreName(const std::string& cell);
     // Whether a core so named is one of `core`: the name itself or the name
     // and an instance number ("EMAC0" .. "EMAC3" are EMACs).

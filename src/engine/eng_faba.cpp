@@ -138,7 +138,8 @@ void PC_ENG::GetArrayOfColumnUnusedValuesFABA(PD_TABLE*, std::vector<std::string
 std::string PC_ENG::FabaCoreName(const std::string& cell) {
     const size_t first = cell.find_first_not_of(" \t");
     if (first == std::string::npos) return "";
-    return cell.substr(first, cell.find_last_not_of(" \t") - first + 1);
+    const size_t last = cell.find_first_of(" \t", first);
+    return cell.substr(first, last == std::string::npos ? std::string::npos : last - first);
 }
 
 bool PC_ENG::IsFabaCore(const std::string& name, const std::string& core) {
