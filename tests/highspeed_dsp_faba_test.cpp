@@ -33,6 +33,17 @@ TEST(DspTwoTables, TheFrameWhateverTheFamilyAndNeverTheKindTables) {
         std::string::npos);
 }
 
+TEST(DspTwoTables, AnEmptyTypeKeepsTheSharedAndBlockTerms) {
+    HsEngine eng = HardBlockFixture();
+    PD_TABLE* dsp = Table(*eng, "DSP", "DSP");
+    Set(dsp, 0, "Type", "");
+    std::string log = pwctest::CaptureCalcLog([&] { eng->Calculate(); });
+    // No type entry; the shared part's 0.05 mA and the block's 0.2 mA, twice.
+    EXPECT_EQ(Cell(dsp, 0, "Dyn. Pwr (W)"), 0.0);
+    EXPECT_NEAR(Cell(dsp, 0, "DCbias VCC Pwr (W)"), (0.05 + 0.2) * 2e-3, 1e-12);
+    EXPECT_EQ(log.find("Error: DSP"), std::string::npos);
+}
+
 TEST(FabaTwoTables, TypedCoresAndTheFreeOnes) {
     HsEngine eng = HardBlockFixture();
     std::string log = pwctest::CaptureCalcLog([&] { eng->Calculate(); });
@@ -131,28 +142,43 @@ TEST(DspKinds, HighSpeedAddsItsPipelineAndFreeSlicesCountPerKind) {
 
 // ---- Hard cores on Orvan4UM ------------------------------------------------------------
 
-TEST(FabaCores, CountedFromTheCoreText) {
+// A core is counted exactly when it is priced: the cell's first word names
+// the coefficient entry.
+TEST(FabaCores, CountedAsTheyArePriced) {
     HsEngine eng(kOrvan4UM);
     PD_TABLE* mac2 = Table(*eng, "FABA", "MAC2");
-    for (const char* core : {"EMAC0", "emac 1", " Emac2", "XMAC", ""})
+    const char* const cores[] = {"EMAC0", "emac 1", " EMAC3 ", "XMAC 10G", "", "EMACS"};
+    for (const char* core : cores)
         pwctest::AddRow(mac2, {{"Core", core}, {"Freq. (MHz)", "125"}, {"AF (%)", "20"}});
-    EXPECT_EQ(eng->GetTotalOrvan4FabaCore(mac2, "Core", "EMAC"), 3);
+    EXPECT_EQ(eng->GetTotalOrvan4FabaCore(mac2, "Core", "EMAC"), 2);
     EXPECT_EQ(eng->GetTotalOrvan4FabaCore(mac2, "Core", "XMAC"), 1);
     EXPECT_EQ(eng->GetTotalOrvan4FabaCore(mac2, "None", "EMAC"), 0);
+    eng->Calculate();
+    for (int r = 0; r < 6; ++r) {
+        SCOPED_TRACE(cores[r]);
+        PD_TABLE one("MAC2");
+        one.SetColumns({"Core"});
+        pwctest::AddRow(&one, {{"Core", cores[r]}});
+        const int counted = eng->GetTotalOrvan4FabaCore(&one, "Core", "EMAC") +
+                            eng->GetTotalOrvan4FabaCore(&one, "Core", "XMAC");
+        EXPECT_EQ(counted == 1, Cell(mac2, r, "Dyn. Pwr (W)") > 0.0);
+    }
+    EXPECT_NEAR(Cell(mac2, 2, "Dyn. Pwr (W)"), 80e-12 * 1.0 * 125e6 * 0.2, 1e-12);
     pwctest::AddRow(Table(*eng, "FABA", "MAC3"), {{"Core", "MCM"}, {"# MEMORY", "1"}});
     std::vector<std::string> names, values;
     eng->GetArrayOfColumnUnusedNamesFABA4(nullptr, names);
     eng->GetArrayOfColumnUnusedValuesFABA4(nullptr, values);
     fabtest::Row unused{names, values};
-    EXPECT_EQ(unused.Value("EMAC_unused"), "1");
+    EXPECT_EQ(unused.Value("EMAC_unused"), "2");
     EXPECT_EQ(unused.Value("XMAC_unused"), "0");
     EXPECT_EQ(unused.Value("PCIE_unused"), "1");
     EXPECT_EQ(unused.Value("MCM_used"), "1");
     EXPECT_EQ(unused.Value("MCM_unused"), "1");
-    eng->Calculate();
-    // A row without a core prices nothing.
-    EXPECT_EQ(Cell(mac2, 4, "Dyn. Pwr (W)"), 0.0);
-    EXPECT_NEAR(Cell(mac2, 0, "Dyn. Pwr (W)"), 80e-12 * 1.0 * 125e6 * 0.2, 1e-12);
+    // Eleven EMACs on a device of four leave none free, not fewer than none.
+    for (int r = 0; r < 9; ++r) pwctest::AddRow(mac2, {{"Core", "EMAC1"}});
+    eng->GetArrayOfColumnUnusedValuesFABA4(nullptr, values);
+    unused = {names, values};
+    EXPECT_EQ(unused.Value("EMAC_unused"), "0");
 }
 
 TEST(FabaCores, MemoryControllerAndStandbyAndLogWords) {

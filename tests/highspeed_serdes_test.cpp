@@ -3,6 +3,7 @@
 // PLLs, and the totals of the new architectures.
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
@@ -224,13 +225,26 @@ TEST(PcsRow, StandbyTakesTheStandbyEntriesAndRecords) {
     EXPECT_NEAR(Cell(r.pcs, r.row, "DCbias VCCAUXA Pwr (W)"), 2.5 * 0.2e-3, 1e-12);
 }
 
-TEST(PcsRow, EmptyModeIsReportedAndPricesNoPcs) {
+TEST(PcsRow, EmptyModeIsReportedAndKeepsTheBlockTerm) {
     LpreRow r;
     Set(r.pcs, r.row, "Mode", "");
     const std::string log = pwctest::CaptureCalcLog([&] { r.eng->Calculate(); });
     EXPECT_NE(log.find("Error: PCS mode not specified!"), std::string::npos);
+    EXPECT_NE(log.find("IccBiasPCSdfb"), std::string::npos);
     EXPECT_NEAR(Cell(r.pcs, r.row, "Dyn. VCC Pwr (W)"), 0.0, 1e-15);
+    // No mode entry, but the PCS block's 0.2 mA record for the channel stays.
+    EXPECT_NEAR(Cell(r.pcs, r.row, "DCbias VCC Pwr (W)"), 1.1 * 0.2e-3, 1e-12);
     EXPECT_GT(Cell(r.pcs, r.row, "Dyn. VCCA Pwr (W)"), 0.0);  // the analogue part still runs
+}
+
+TEST(TxDriverTotal, CellsReadByTheirLeadingNumber) {
+    LpreRow r;
+    EXPECT_EQ(r.Total("800 mV", "100 Ohm", "Disabled", "2.0"), "0.008800");
+    EXPECT_EQ(r.Total(" 800", "100 Ohm", "0 steps", "2 steps"), "0.008800");
+    EXPECT_EQ(r.ErrorCount(), 0);
+    // A fraction of a step is no setting the driver has.
+    EXPECT_EQ(r.Total("800 mV", "100 Ohm", "Disabled", "2.5"), "0.003400");
+    EXPECT_EQ(r.ErrorCount(), 1);
 }
 
 // ---- The Orvan4 forms by "Mode" -----------------------------------------------------------
@@ -254,13 +268,14 @@ TEST_P(Orvan4Mode, HalvesRunByMode) {
                                           {"Allow Standby", "Disable"},
                                           {"Receive Loss-of-Signal Port", "Enabled"}});
     eng->Calculate();
-    const double tx = c.tx, rx = c.rx;
+    // Loss-of-signal detection runs on any channel that isn't disabled.
+    const double tx = c.tx, rx = c.rx, los = c.tx || c.rx;
     // VCC at 1.0 V: PCS_TX 0.8 pF at the Tx rate, PCS_RX 1.0 pF and LOS 0.02 pF at the Rx rate.
     EXPECT_NEAR(Cell(pcs, row, "Dyn. VCC Pwr (W)"),
-                (0.8e-12 * 2500e6 * tx + (1.0e-12 + 0.02e-12) * 1250e6 * rx), 1e-12);
+                0.8e-12 * 2500e6 * tx + 1.0e-12 * 1250e6 * rx + 0.02e-12 * 1250e6 * los, 1e-12);
     // VCCHTX 1.2 V: the driver's 7.5 mA; VCCHRX: the receiver's 3.5 mA and LOS 0.3 mA.
     EXPECT_NEAR(Cell(pcs, row, "DCbias VCCHTX Pwr (W)"), 1.2 * 7.5e-3 * tx, 1e-12);
-    EXPECT_NEAR(Cell(pcs, row, "DCbias VCCHRX Pwr (W)"), 1.2 * 3.8e-3 * rx, 1e-12);
+    EXPECT_NEAR(Cell(pcs, row, "DCbias VCCHRX Pwr (W)"), 1.2 * (3.5e-3 * rx + 0.3e-3 * los), 1e-12);
     // The block record on VCCAUXA while any half runs.
     EXPECT_NEAR(Cell(pcs, row, "DCbias VCCAUXA Pwr (W)"),
                 1.8 * ((tx || rx ? 0.8e-3 : 0.0) + 0.2e-3 * rx), 1e-12);
@@ -270,9 +285,16 @@ INSTANTIATE_TEST_SUITE_P(Modes, Orvan4Mode,
                          ::testing::Values(ModeCase{"Tx Only", true, false},
                                            ModeCase{"Rx Only", false, true},
                                            ModeCase{"Tx Rx", true, true},
-                                           ModeCase{"Disabled", false, false}));
+                                           ModeCase{"Disabled", false, false},
+                                           ModeCase{"", true, true}),
+                         [](const ::testing::TestParamInfo<ModeCase>& info) {
+                             std::string name;
+                             for (const char* m = info.param.mode; *m; ++m)
+                                 if (std::isalnum(static_cast<unsigned char>(*m))) name += *m;
+                             return name.empty() ? std::string("Empty") : name;
+                         });
 
-TEST(SerdesAux, TransmitPllRunsAtHalfTheLineRateWhenOn) {
+TEST(SerdesAux, TransmitPllPricedWhenOnItsEquationHalvingTheLineRate) {
     HsEngine eng(kOrvan4UM);
     PD_TABLE* aux = Table(*eng, "SERDES", "SERDES AUX");
     const int on = pwctest::AddRow(
@@ -284,6 +306,42 @@ TEST(SerdesAux, TransmitPllRunsAtHalfTheLineRateWhenOn) {
     EXPECT_NEAR(Cell(aux, on, "DCbias VCCAUXA Pwr (W)"), 1.8 * (1.5e-3 + 0.2e-3), 1e-12);
     EXPECT_EQ(Cell(aux, off, "Dyn. Pwr (W)"), 0.0);
     EXPECT_EQ(Cell(aux, off, "DCbias VCCAUXA Pwr (W)"), 0.0);
+}
+
+TEST(SerdesAux, TransmitPllsDrawOnTheCoreAndChannelSuppliesOnly) {
+    std::vector<std::string> supplies;
+    for (const PC_ENG::SupplyPass& p : PC_ENG::SerdesFrame().tables.at(1).passes)
+        supplies.push_back(p.supply);
+    EXPECT_EQ(supplies, (std::vector<std::string>{"VCC", "VCCA", "VCCAUXA"}));
+}
+
+// Free channels on OR4UM-45, CABGA554: 8 channels in 4 duals; 3 used leave 5
+// channels and 2 duals. On VCCAUXA (1.8 V) each free channel's "SERDES IO"
+// record (0.04 mA) counts once for its APIO and once for its PCS.
+TEST(FreeChannels, ApioAndPcsTermsOnTheChannelSupplies) {
+    HsEngine eng(kOrvan4UM);
+    PD_TABLE* pcs = Table(*eng, "SERDES", "PCS");
+    pwctest::AddRow(pcs, {{"Mode", "Tx Rx"}, {"# Channels", "3"}, {"Allow Standby", "Disable"}});
+    std::string log = pwctest::CaptureCalcLog([&] { eng->Calculate(); });
+    EXPECT_NEAR(Cell(Total(*eng, "SERDES"), 0, "Unused DCbias VCCAUXA Pwr (W)"),
+                1.8 * (0.04e-3 + 0.04e-3) * 5, 1e-12);
+    EXPECT_NE(log.find("IccBiasAPIOunused"), std::string::npos);
+    EXPECT_NE(log.find("IccBiasPCSunused"), std::string::npos);
+    EXPECT_NE(log.find("IccLeakPCSunused"), std::string::npos);
+    std::vector<std::string> names, values;
+    eng->GetArrayOfColumnUnusedNamesPCS(nullptr, names);
+    eng->GetArrayOfColumnUnusedValuesPCS(nullptr, values);
+    fabtest::Row unused{names, values};
+    EXPECT_EQ(unused.Value("Channels_used"), "3");
+    EXPECT_EQ(unused.Value("DUAL_used"), "2");
+    EXPECT_EQ(unused.Value("DUAL_unused"), "2");
+    EXPECT_EQ(unused.Value("PCS_unused"), "5");
+    // More channels than the device has leave none free, not fewer than none.
+    Set(pcs, 0, "# Channels", "10");
+    eng->GetArrayOfColumnUnusedValuesPCS(nullptr, values);
+    unused = {names, values};
+    EXPECT_EQ(unused.Value("SERDESio_unused"), "0");
+    EXPECT_EQ(unused.Value("DUAL_unused"), "0");
 }
 
 // ---- Totals of the new architectures ----------------------------------------------------
@@ -373,6 +431,7 @@ struct RenamedArch {
     const char* arch;
     const char* family;
     std::vector<std::pair<std::string, std::string>> edits;  // in every file
+    hstest::Device base = hstest::kOrvan3;                   // whose data, on which device
 };
 
 std::string ReadAll(const std::string& path) {
@@ -384,19 +443,20 @@ std::string ReadAll(const std::string& path) {
 
 HsEngine EngineOn(const RenamedArch& a, const pwctest::ScratchDir& dir) {
     for (const char* ext : {"pwr", "pqn", "pgt", "pcf", "pwd", "ptd", "pwi", "pef"}) {
-        std::string text = ReadAll(pwctest::DevicesDir() + "/rv7c00." + ext);
+        std::string text = ReadAll(pwctest::DevicesDir() + "/" + a.base.arch + "." + ext);
         for (const auto& [from, to] : a.edits)
             for (size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
                 text.replace(at, from.size(), to);
         std::ofstream(dir.File(std::string(a.arch) + "." + ext)) << text;
     }
-    return HsEngine({a.arch, a.family, "OR3-40", "FBGA484"}, "", dir.path().string());
+    return HsEngine({a.arch, a.family, a.base.device, a.base.package}, "", dir.path().string());
 }
 
 // One channel row of the renamed data, priced; its VCC dynamic power and the
 // VCC bias of the free channels.
 struct ArchRow {
     double dynVcc, unusedBiasVcc;
+    std::string channelsUsed;  // of the free channels' row
 };
 
 ArchRow PriceOn(const RenamedArch& a, const std::map<std::string, std::string>& cells) {
@@ -407,8 +467,12 @@ ArchRow PriceOn(const RenamedArch& a, const std::map<std::string, std::string>& 
     if (!pcs) return {};
     const int row = pwctest::AddRow(pcs, cells);
     eng->Calculate();
+    std::vector<std::string> names, values;
+    eng->GetArrayOfColumnUnusedNamesPCS(nullptr, names);
+    eng->GetArrayOfColumnUnusedValuesPCS(nullptr, values);
     return {Cell(pcs, row, "Dyn. VCC Pwr (W)"),
-            Cell(Total(*eng, "SERDES"), 0, "Unused DCbias VCC Pwr (W)")};
+            Cell(Total(*eng, "SERDES"), 0, "Unused DCbias VCC Pwr (W)"),
+            fabtest::Row{names, values}.Value("Channels_used")};
 }
 
 const std::map<std::string, std::string> kChannel = {{"Mode", "8B10B"},
@@ -442,7 +506,9 @@ TEST(PcsArchitectures, CountOfPcsBlocksAndFreeHalves) {
     std::map<std::string, std::string> cells = kChannel;
     cells.erase("# Channels");
     cells["# PCS"] = "2";
-    EXPECT_NEAR(PriceOn(d, cells).dynVcc, kTwoChannelsVcc, 1e-12);
+    const ArchRow blocks = PriceOn(d, cells);
+    EXPECT_NEAR(blocks.dynVcc, kTwoChannelsVcc, 1e-12);
+    EXPECT_EQ(blocks.channelsUsed, "2");  // the free channels count the same column
 
     // bf7p00m also counts the free channels' Tx and Rx halves on VCC: 0.5 and
     // 0.25 mA for each of the two left of four.
@@ -454,4 +520,31 @@ TEST(PcsArchitectures, CountOfPcsBlocksAndFreeHalves) {
     const RenamedArch plain = {"rv7c00", "Orvan3", m.edits};
     EXPECT_NEAR(PriceOn(m, kChannel).unusedBiasVcc, 1.1 * 0.75e-3 * 2, 1e-12);
     EXPECT_NEAR(PriceOn(plain, kChannel).unusedBiasVcc, 0.0, 1e-15);
+}
+
+TEST(PcsArchitectures, DeviceWithoutGroupsHasNoFreeGroups) {
+    const RenamedArch a = {"rv7c00", "Orvan3", {{", PCS, DUAL,", ", PCS, GROUPS,"}}};
+    pwctest::ScratchDir dir("highspeed_nodual");
+    HsEngine eng = EngineOn(a, dir);
+    pwctest::AddRow(Table(*eng, "SERDES", "PCS"), kChannel);
+    std::vector<std::string> names, values;
+    eng->GetArrayOfColumnUnusedNamesPCS(nullptr, names);
+    eng->GetArrayOfColumnUnusedValuesPCS(nullptr, values);
+    fabtest::Row unused{names, values};
+    EXPECT_EQ(unused.Value("DUAL_used"), "0");
+    EXPECT_EQ(unused.Value("DUAL_unused"), "0");
+    EXPECT_EQ(unused.Value("SERDESio_unused"), "2");
+}
+
+TEST(SerdesAuxRate, TheEngineGivesTheLineRate) {
+    // Without the data's halving the PLL switches its 0.8 pF at the full
+    // 5 Gbit/s: 4 mA at 1.0 V on VCCA.
+    const RenamedArch a = {"rv7u00", "Orvan4UM", {{"F / 2 * AF", "F * AF"}}, hstest::kOrvan4UM};
+    pwctest::ScratchDir dir("highspeed_txpll");
+    HsEngine eng = EngineOn(a, dir);
+    PD_TABLE* aux = Table(*eng, "SERDES", "SERDES AUX");
+    const int on = pwctest::AddRow(
+        aux, {{"TXPLL", "ON"}, {"Tx Max Data Rate (Gbps)", "5"}, {"Allow Standby", "Disable"}});
+    eng->Calculate();
+    EXPECT_NEAR(Cell(aux, on, "Dyn. VCCA Pwr (W)"), 1.0 * 0.8e-12 * 1.0 * 5e9, 1e-12);
 }

@@ -1418,6 +1418,12 @@ class PC_ENG {
     // Each kind's "<kind>_used" and "<kind>_unused", then the supply and settings.
     void GetArrayOfColumnUnusedNamesDSP3(PD_TABLE* total, std::vector<std::string>& names);
     void GetArrayOfColumnUnusedValuesDSP3(PD_TABLE* total, std::vector<std::string>& values);
+    // What the device has less what the design uses, for the free-block rows
+    // of the DSP, FABA and SERDES tabs: never below none, so an over-full
+    // design or a device without the resource leaks nothing negative.
+    static int FreeCount(int has, int used) {
+        return has > used ? has - used : 0;
+    }
 
     // Its process members (baspcformula/eng_process_dsp.cpp). The Orvan3
     // members take the kind's table name as their equation section and count.
@@ -1451,8 +1457,13 @@ class PC_ENG {
     void GetArrayOfColumnUnusedValuesFABA(PD_TABLE* total, std::vector<std::string>& values);
     void GetArrayOfColumnUnusedNamesFABA4(PD_TABLE* total, std::vector<std::string>& names);
     void GetArrayOfColumnUnusedValuesFABA4(PD_TABLE* total, std::vector<std::string>& values);
-    // Rows of the table whose "Core" cell names the core (case-blind, ignoring
-    // anything after the name: "EMAC0" and "emac 1" are EMACs).
+    // A "Core" cell's core: its first word, as the coefficients name it
+    // ("EMAC0", "PCIE" of "PCIE x4"). Priced and counted by this one reading.
+    static std::string FabaCoreName(const std::string& cell);
+    // Whether a core so named is one of `core`: the name itself or the name
+    // and an instance number ("EMAC0" .. "EMAC3" are EMACs).
+    static bool IsFabaCore(const std::string& name, const std::string& core);
+    // Rows of the table whose `column` cell names one of `core`.
     int GetTotalOrvan4FabaCore(PD_TABLE* table, const std::string& column,
                                const std::string& core) const;
 

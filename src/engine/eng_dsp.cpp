@@ -166,7 +166,7 @@ void PC_ENG::GetArrayOfColumnUnusedValuesDSP(PD_TABLE*, std::vector<std::string>
     PD_TABLE* items = panel ? panel->GetTable(0) : nullptr;
     const int used = items ? GetTotalSumRowData(items, items->GetColumnIndex("# DSP"), 0) : 0;
     const int has = static_cast<int>(DeviceHas("DSP"));
-    values = {std::to_string(has - used), std::to_string(used), std::to_string(has),
+    values = {std::to_string(FreeCount(has, used)), std::to_string(used), std::to_string(has),
               GetVDPM("Vcc", "Voltage")};
     AppendSettingValues(values);
 }
@@ -189,7 +189,7 @@ void PC_ENG::GetArrayOfColumnUnusedValuesDSP3(PD_TABLE*, std::vector<std::string
         const std::string column = std::string("# ") + k.table;
         const int used = t ? GetTotalSumRowData(t, t->GetColumnIndex(column.c_str()), 0) : 0;
         values.push_back(std::to_string(used));
-        values.push_back(std::to_string(static_cast<int>(DeviceHas(k.table)) - used));
+        values.push_back(std::to_string(FreeCount(static_cast<int>(DeviceHas(k.table)), used)));
     }
     values.push_back(GetVDPM("Vcc", "Voltage"));
     AppendSettingValues(values);

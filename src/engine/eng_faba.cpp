@@ -130,9 +130,23 @@ void PC_ENG::GetArrayOfColumnUnusedValuesFABA(PD_TABLE*, std::vector<std::string
     PD_TABLE* items = panel ? panel->GetTable(0) : nullptr;
     const int used = items ? GetTotalSumRowData(items, items->GetColumnIndex("# FABA"), 0) : 0;
     const int has = static_cast<int>(DeviceHas("FABA"));
-    values = {std::to_string(has - used), std::to_string(used), std::to_string(has),
+    values = {std::to_string(FreeCount(has, used)), std::to_string(used), std::to_string(has),
               GetVDPM("Vcc", "Voltage")};
     AppendSettingValues(values);
+}
+
+std::string PC_ENG::FabaCoreName(const std::string& cell) {
+    const size_t first = cell.find_first_not_of(" \t");
+    if (first == std::string::npos) return "";
+    const size_t last = cell.find_first_of(" \t", first);
+    return cell.substr(first, last == std::string::npos ? std::string::npos : last - first);
+}
+
+bool PC_ENG::IsFabaCore(const std::string& name, const std::string& core) {
+    if (core.empty() || name.compare(0, core.size(), core) != 0) return false;
+    for (size_t i = core.size(); i < name.size(); ++i)
+        if (!std::isdigit(static_cast<unsigned char>(name[i]))) return false;
+    return true;
 }
 
 int PC_ENG::GetTotalOrvan4FabaCore(PD_TABLE* table, const std::string& column,
@@ -141,18 +155,8 @@ int PC_ENG::GetTotalOrvan4FabaCore(PD_TABLE* table, const std::string& column,
     const int c = table->GetColumnIndex(column.c_str());
     if (c < 0) return 0;
     int count = 0;
-    for (int r = 0; r < table->GetNumOfRows(); ++r) {
-        std::string cell = table->GetValueAt(r, c);
-        const size_t first = cell.find_first_not_of(" \t");
-        if (first == std::string::npos) continue;
-        cell = cell.substr(first);
-        if (cell.size() < core.size()) continue;
-        bool same = true;
-        for (size_t i = 0; i < core.size() && same; ++i)
-            same = std::toupper(static_cast<unsigned char>(cell[i])) ==
-                   std::toupper(static_cast<unsigned char>(core[i]));
-        if (same) ++count;
-    }
+    for (int r = 0; r < table->GetNumOfRows(); ++r)
+        if (IsFabaCore(FabaCoreName(table->GetValueAt(r, c)), core)) ++count;
     return count;
 }
 
@@ -178,14 +182,14 @@ void PC_ENG::GetArrayOfColumnUnusedValuesFABA4(PD_TABLE*, std::vector<std::strin
         int used = 0;
         for (const char* t : f.tables) used += GetTotalOrvan4FabaCore(table(t), "Core", f.core);
         values.push_back(std::to_string(used));
-        values.push_back(std::to_string(static_cast<int>(DeviceHas(f.core)) - used));
+        values.push_back(std::to_string(FreeCount(static_cast<int>(DeviceHas(f.core)), used)));
     }
     int memories = 0;
     for (const FabaTable& t : kFabaTables)
         if (PD_TABLE* tt = table(t.table))
             memories += GetTotalSumRowData(tt, tt->GetColumnIndex("# MEMORY"), 0);
     values.push_back(std::to_string(memories));
-    values.push_back(std::to_string(static_cast<int>(DeviceHas("MCM")) - memories));
+    values.push_back(std::to_string(FreeCount(static_cast<int>(DeviceHas("MCM")), memories)));
     values.push_back(GetVDPM("Vcc", "Voltage"));
     AppendSettingValues(values);
 }

@@ -1,6 +1,7 @@
 // The "SERDES" tab: channels of table "PCS" and transmit PLLs of table
 // "SERDES AUX", each over the SERDES supplies the summary has; and the Tx
 // driver's emphasis current of a channel row.
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
@@ -9,31 +10,33 @@
 #include "baspcengin.h"
 #include "dcu_calc.h"
 #include "eng_text.h"
+#include "pc_families.h"
 #include "pd_util.h"
 
 using namespace pwc;
 
 namespace {
 
-// A supply of the tab: its `.pwr` name (the column tag), its summary row and
-// its name in the log.
+// A supply of the tab: its `.pwr` name (the column tag), its summary row,
+// its name in the log, and whether the transmit PLLs draw from it.
 struct SerdesSupply {
     const char* supply;
     const char* category;
     const char* tag;
+    bool txpll;
 };
 
 const SerdesSupply kSerdesSupplies[] = {
-    {"VCC", "Vcc", "vcc"},
-    {"VCCB", "Vccb", "vccb"},
-    {"VCCXP", "Vccxp", "vccxp"},
-    {"VCCIB", "Vccib", "vccib"},
-    {"VCCOB", "Vccob", "vccob"},
-    {"VCCA", "Vcca", "vcca"},
-    {"VCCAUXA", "Vccauxa", "vccauxa"},
-    {"VCC12", "Vcc1.2", "vcc12"},
-    {"VCCHTX", "Vcchtx", "vcchtx"},
-    {"VCCHRX", "Vcchrx", "vcchrx"},
+    {"VCC", "Vcc", "vcc", true},
+    {"VCCB", "Vccb", "vccb", false},
+    {"VCCXP", "Vccxp", "vccxp", false},
+    {"VCCIB", "Vccib", "vccib", false},
+    {"VCCOB", "Vccob", "vccob", false},
+    {"VCCA", "Vcca", "vcca", true},
+    {"VCCAUXA", "Vccauxa", "vccauxa", true},
+    {"VCC12", "Vcc1.2", "vcc12", false},
+    {"VCCHTX", "Vcchtx", "vcchtx", false},
+    {"VCCHRX", "Vcchrx", "vcchrx", false},
 };
 
 // The frame and the texts its passes point into, made once.
@@ -80,23 +83,25 @@ SerdesFrameData MakeSerdesFrame() {
                                d.Keep(") = IccLeakPCSused" + cap + " * " + tag + " = ")},
                               {d.Keep("PowerBiasPCSused" + cap + " row("),
                                d.Keep(") = IccBiasPCSused" + cap + " * " + tag + " = ")}});
-        aux.passes.push_back({s.supply,
-                              "SERDES AUX",
-                              s.category,
-                              runIf,
-                              false,
-                              &PC_ENG::ProcessSERDESAUXdyn,
-                              &PC_ENG::ProcessSERDESAUXleakUsed,
-                              &PC_ENG::ProcessSERDESAUXbiasUsed,
-                              dyn,
-                              leak,
-                              bias,
-                              {d.Keep("PowerDynSERDESAUX" + tag + " row("),
-                               d.Keep(") = IccDynSERDESAUX" + tag + " * " + tag + " = ")},
-                              {d.Keep("PowerLeakSERDESAUXused" + cap + " row("),
-                               d.Keep(") = IccLeakSERDESAUXused" + cap + " * " + tag + " = ")},
-                              {d.Keep("PowerBiasSERDESAUXused" + cap + " row("),
-                               d.Keep(") = IccBiasSERDESAUXused" + cap + " * " + tag + " = ")}});
+        if (s.txpll)
+            aux.passes.push_back(
+                {s.supply,
+                 "SERDES AUX",
+                 s.category,
+                 runIf,
+                 false,
+                 &PC_ENG::ProcessSERDESAUXdyn,
+                 &PC_ENG::ProcessSERDESAUXleakUsed,
+                 &PC_ENG::ProcessSERDESAUXbiasUsed,
+                 dyn,
+                 leak,
+                 bias,
+                 {d.Keep("PowerDynSERDESAUX" + tag + " row("),
+                  d.Keep(") = IccDynSERDESAUX" + tag + " * " + tag + " = ")},
+                 {d.Keep("PowerLeakSERDESAUXused" + cap + " row("),
+                  d.Keep(") = IccLeakSERDESAUXused" + cap + " * " + tag + " = ")},
+                 {d.Keep("PowerBiasSERDESAUXused" + cap + " row("),
+                  d.Keep(") = IccBiasSERDESAUXused" + cap + " * " + tag + " = ")}});
         d.frame.unused.push_back(
             {s.supply, "PCS", s.category, runIf, &PC_ENG::ProcessPCSSERDESleakUnused,
              &PC_ENG::ProcessPCSSERDESbiasUnused, d.Keep("Unused Leakage " + S + " Pwr (W)"),
@@ -138,15 +143,17 @@ void PC_ENG::GetArrayOfColumnUnusedNamesPCS(PD_TABLE*, std::vector<std::string>&
 void PC_ENG::GetArrayOfColumnUnusedValuesPCS(PD_TABLE*, std::vector<std::string>& values) {
     PC_PANEL* panel = GetPanel(GetPanelIndex("SERDES"));
     PD_TABLE* pcs = panel ? panel->GetTable(panel->GetTableIndex("PCS")) : nullptr;
-    const int used = pcs ? GetTotalSumRowData(pcs, pcs->GetColumnIndex("# Channels"), 0) : 0;
+    const char* column = CountsPcsBlocks(ArchName()) ? "# PCS" : "# Channels";
+    const int used = pcs ? GetTotalSumRowData(pcs, pcs->GetColumnIndex(column), 0) : 0;
     const int channels = static_cast<int>(DeviceHas("PCS"));
+    // A device without groups has no group term to count.
     const int groups = static_cast<int>(DeviceHas("DUAL"));
-    const int perGroup = groups > 0 ? (channels + groups - 1) / groups : 1;
+    const int perGroup = groups > 0 ? (channels + groups - 1) / groups : 0;
     const int groupsUsed = perGroup > 0 ? (used + perGroup - 1) / perGroup : 0;
-    const std::string freeChannels = std::to_string(channels - used);
+    const std::string freeChannels = std::to_string(FreeCount(channels, used));
     values = {std::to_string(used),
               std::to_string(groupsUsed),
-              std::to_string(groups - groupsUsed),
+              std::to_string(FreeCount(groups, groupsUsed)),
               freeChannels,
               freeChannels,
               freeChannels,
@@ -172,6 +179,16 @@ int SliceMicroamps(int slice, const std::string& bits) {
     return slice < 2 ? DCU_CALC::kFineStep * (code + 1) : DCU_CALC::kCoarseStep * (code + 1);
 }
 
+// The number a cell begins with ("800 mV", "2.0"), as whole-number text;
+// any other cell as it stands, for the driver's routine to refuse.
+std::string LeadingWholeNumber(const std::string& cell) {
+    char* end = nullptr;
+    const double n = std::strtod(cell.c_str(), &end);
+    if (end == cell.c_str() || !std::isfinite(n) || n != std::floor(n) || std::fabs(n) > 1e6)
+        return cell;
+    return std::to_string(static_cast<long>(n));
+}
+
 }  // namespace
 
 std::string PC_ENG::GetSerdesLpretotal(PD_TABLE* table, int row, int column) {
@@ -192,17 +209,18 @@ std::string PC_ENG::GetSerdesLpretotal(PD_TABLE* table, int row, int column) {
     // An amplitude counts as a preset code 0 to 9 or as millivolts from 100
     // to 1300 in the driver's 10 mV steps; any other leaves the map's
     // amplitude unset.
+    const std::string amplitudeText = LeadingWholeNumber(cell[1]);
     char* end = nullptr;
-    const long amplitude = std::strtol(cell[1].c_str(), &end, 10);
-    if (!cell[1].empty() && *end == '\0' &&
+    const long amplitude = std::strtol(amplitudeText.c_str(), &end, 10);
+    if (!amplitudeText.empty() && *end == '\0' &&
         ((amplitude >= 0 && amplitude <= 9) ||
          (amplitude >= 100 && amplitude <= 1300 && amplitude % 10 == 0)))
-        map["TXAMPLITUDE"] = cell[1];
+        map["TXAMPLITUDE"] = amplitudeText;
     int ohms = 0;
     if (std::sscanf(cell[2].c_str(), "%d %*s", &ohms) == 1)
         map["TXDIFFTERM"] = std::to_string(ohms);
-    map["TXDEPRE"] = cell[3] == "Disabled" ? "0" : cell[3];
-    map["TXDEPOST"] = cell[4] == "Disabled" ? "0" : cell[4];
+    map["TXDEPRE"] = cell[3] == "Disabled" ? "0" : LeadingWholeNumber(cell[3]);
+    map["TXDEPOST"] = cell[4] == "Disabled" ? "0" : LeadingWholeNumber(cell[4]);
 
     if (DCU_CALC::calc_tdrv_slice_vals(map) != 0 &&
         DrcMessage.find(kLpreError) == std::string::npos) {

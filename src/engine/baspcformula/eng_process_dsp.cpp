@@ -6,29 +6,14 @@
 #include "baspcengin.h"
 #include "baspcformula/formula_util.h"
 #include "pc_families.h"
-#include "pd_util.h"
 
 using namespace pwcformula;
-
-namespace {
-
-// The row's type; logged when the row has none.
-const std::string& RowType(const char* column, const PC_ENG::Row& names,
-                           const PC_ENG::Row& values) {
-    const std::string& type = RowValue(column, names, values);
-    if (type.empty() && PD_UTIL::IsCalcLogOpen())
-        PD_UTIL::FCprintln("Error: DSP Type Not Specified");
-    return type;
-}
-
-}  // namespace
 
 // ---- Two tables: one row per group of slices of a type ------------------------
 
 double PC_ENG::ProcessDSPdynVcc(const std::string& panel, const Row& names, const Row& values,
                                 const std::string& supply) {
-    const std::string& type = RowType("Type", names, values);
-    if (type.empty()) return 0.0;
+    const std::string& type = RowValue("Type", names, values);
     std::vector<IccTerm> terms = {{IccModel::Dyn, panel, "DSP", type, "DSP", "DSP"}};
     if (pwc::HasDspMiscTerm(ArchName()))
         terms.push_back({IccModel::Dyn, panel, "DSP", "MISC", "DSP", "MISC"});
@@ -42,8 +27,7 @@ namespace {
 
 double DspStatic(PC_ENG& eng, bool leak, const std::string& panel, const PC_ENG::Row& names,
                  const PC_ENG::Row& values, const std::string& supply) {
-    const std::string& type = RowType("Type", names, values);
-    if (type.empty()) return 0.0;
+    const std::string& type = RowValue("Type", names, values);
     const char* kind = leak ? "IccLeak" : "IccBias";
     std::vector<double> numbers;
     numbers.push_back(
@@ -96,8 +80,7 @@ double PC_ENG::ProcessDSPbiasUnused(const std::string&, const Row& names, const 
 
 double PC_ENG::ProcessDSPOrvan3dynVcc(const std::string& table, const Row& names, const Row& values,
                                       const std::string& supply) {
-    const std::string& type = RowType("Actual Type", names, values);
-    if (type.empty()) return 0.0;
+    const std::string& type = RowValue("Actual Type", names, values);
     std::vector<IccTerm> terms = {{IccModel::Dyn, table, "DSP", type, table, table}};
     // A slice pipelined for speed switches its extra registers too.
     if (RowValue("Speed Mode", names, values) == "High")
@@ -107,8 +90,7 @@ double PC_ENG::ProcessDSPOrvan3dynVcc(const std::string& table, const Row& names
 
 double PC_ENG::ProcessDSPOrvan3LeakVccUsed(const std::string& table, const Row& names,
                                            const Row& values, const std::string& supply) {
-    const std::string& type = RowType("Actual Type", names, values);
-    if (type.empty()) return 0.0;
+    const std::string& type = RowValue("Actual Type", names, values);
     return SumIccTerms("IccLeak" + table + "used",
                        {{IccModel::Leak, table, "DSP", type, table, table},
                         {IccModel::LeakDFB, table, "DSP", "DCforBLOCK_used", table, "DSP Used"}},
@@ -117,8 +99,7 @@ double PC_ENG::ProcessDSPOrvan3LeakVccUsed(const std::string& table, const Row& 
 
 double PC_ENG::ProcessDSPOrvan3biasVccUsed(const std::string& table, const Row& names,
                                            const Row& values, const std::string& supply) {
-    const std::string& type = RowType("Actual Type", names, values);
-    if (type.empty()) return 0.0;
+    const std::string& type = RowValue("Actual Type", names, values);
     return SumIccTerms("IccBias" + table + "used",
                        {{IccModel::Bias, table, "DSP", type, table, table},
                         {IccModel::BiasDFB, table, "DSP", "DCforBLOCK_used", table, "DSP Used"}},

@@ -83,7 +83,7 @@ double PC_ENG::ProcessFABAbiasUnused(const std::string&, const Row& names, const
 
 double PC_ENG::ProcessFABAOrvan4dynVcc(const std::string& table, const Row& names,
                                        const Row& values, const std::string& supply) {
-    const std::string& core = RowValue("Core", names, values);
+    const std::string core = FabaCoreName(RowValue("Core", names, values));
     if (core.empty()) return 0.0;
     const std::string item = Standby(names, values) ? core + "_standby" : core;
     std::vector<double> numbers = {
@@ -108,7 +108,7 @@ namespace {
 double FabaCoreStatic(PC_ENG& eng, bool leak, const std::string& table, const PC_ENG::Row& names,
                       const PC_ENG::Row& values, const std::string& supply) {
     using M = PC_ENG::IccModel;
-    const std::string& core = RowValue("Core", names, values);
+    const std::string core = PC_ENG::FabaCoreName(RowValue("Core", names, values));
     if (core.empty()) return 0.0;
     const bool standby = Standby(names, values);
     std::vector<std::pair<const char*, PC_ENG::IccTerm>> terms = {

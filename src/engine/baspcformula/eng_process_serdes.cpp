@@ -34,14 +34,15 @@ struct Halves {
     bool tx = false, rx = false, los = false;
 };
 
+// Any mode but the three named ones runs both halves; the loss-of-signal
+// port is priced whenever it is enabled on a channel that runs.
 Halves HalvesOf(const PC_ENG::Row& names, const PC_ENG::Row& values) {
     Halves h;
     const std::string& mode = RowValue("Mode", names, values);
-    if (mode.empty() || mode == "Disabled") return h;
+    if (mode == "Disabled") return h;
     h.tx = mode != "Rx Only";
     h.rx = mode != "Tx Only";
-    // Loss-of-signal detection watches the receiver.
-    h.los = h.rx && RowValue("Receive Loss-of-Signal Port", names, values) == "Enabled";
+    h.los = RowValue("Receive Loss-of-Signal Port", names, values) == "Enabled";
     return h;
 }
 
@@ -83,7 +84,6 @@ std::string PC_ENG::GetPCSmode(const Row& names, const Row& values) {
 
 double PC_ENG::ProcessPCSdyn(const std::string& supply, const Row& names, const Row& values) {
     const std::string mode = GetPCSmode(names, values);
-    if (mode.empty()) return 0.0;
     const std::string item = WithStandby(mode, Standby(names, values));
     const char* count = pwc::CountsPcsBlocks(ArchName()) ? "PCS" : "Channels";
     return GetIccDynAF100("PCS", "PCS", item, count, count, supply, names, values);
@@ -115,7 +115,6 @@ double PC_ENG::ProcessSERDESdyn(const std::string& supply, const Row& names, con
 
 double PC_ENG::ProcessPCSleakUsed(const std::string& supply, const Row& names, const Row& values) {
     const std::string mode = GetPCSmode(names, values);
-    if (mode.empty()) return 0.0;
     const bool standby = Standby(names, values);
     return SumNamedIccTerms(
         "IccLeakPCS",
@@ -128,7 +127,6 @@ double PC_ENG::ProcessPCSleakUsed(const std::string& supply, const Row& names, c
 
 double PC_ENG::ProcessPCSbiasUsed(const std::string& supply, const Row& names, const Row& values) {
     const std::string mode = GetPCSmode(names, values);
-    if (mode.empty()) return 0.0;
     const bool standby = Standby(names, values);
     return SumNamedIccTerms(
         "IccBiasPCS",
@@ -177,6 +175,9 @@ double PC_ENG::ProcessSERDESleakUnused(const std::string& supply, const Row& nam
          {"IccLeakAPIOunused",
           {IccModel::LeakDFBUnused, "PCS", "SERDES IO", "DCforBLOCK_unused", "SERDESio_unused",
            "APIOunused"}},
+         {"IccLeakPCSunused",
+          {IccModel::LeakDFBUnused, "PCS", "SERDES IO", "DCforBLOCK_unused", "PCS_unused",
+           "PCS unused"}},
          {"IccLeakTXunused",
           {IccModel::LeakUnused, "PCS", "SERDES IO", "TX_unused", "SERDESio_unused", "TX_unused"}},
          {"IccLeakRXunused",
@@ -194,6 +195,9 @@ double PC_ENG::ProcessSERDESbiasUnused(const std::string& supply, const Row& nam
          {"IccBiasAPIOunused",
           {IccModel::BiasDFBUnused, "PCS", "SERDES IO", "DCforBLOCK_unused", "SERDESio_unused",
            "APIO Unused"}},
+         {"IccBiasPCSunused",
+          {IccModel::BiasDFBUnused, "PCS", "SERDES IO", "DCforBLOCK_unused", "PCS_unused",
+           "PCS Unused"}},
          {"IccBiasTXunused",
           {IccModel::BiasUnused, "PCS", "SERDES IO", "TX_unused", "SERDESio_unused", "TX_unused"}},
          {"IccBiasRXunused",
@@ -391,11 +395,12 @@ bool TxPllOn(const PC_ENG::Row& names, const PC_ENG::Row& values) {
 
 }  // namespace
 
-// The PLL's VCO runs at half the line rate: both clock edges send a bit.
+// The frequency is the line rate; the data's equation says at what fraction
+// of it the PLL's VCO runs.
 double PC_ENG::ProcessSERDESAUXdyn(const std::string&, const Row& names, const Row& values,
                                    const std::string& supply) {
     if (!TxPllOn(names, values)) return 0.0;
-    const double freq = ToNumber(RowValue("Tx Max Data Rate (Gbps)", names, values)) * kGiga / 2;
+    const double freq = ToNumber(RowValue("Tx Max Data Rate (Gbps)", names, values)) * kGiga;
     return GetIccDynAF100("SERDES AUX", "SERDES AUX", "TXPLL", 1.0, "TXPLL", supply, freq, names,
                           values);
 }
