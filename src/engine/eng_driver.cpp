@@ -36,6 +36,7 @@ const PanelCalculator kPanelCalculators[] = {
     {"FABA", &PC_ENG::FabaCalculation},
     {"DSP", &PC_ENG::DSPCalculation},
     {"EFB", &PC_ENG::EFBCalculation},
+    {"PFR", &PC_ENG::PFRCalculation},
 };
 
 }  // namespace

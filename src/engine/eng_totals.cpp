@@ -131,6 +131,8 @@ const std::vector<BlockRule>& BlockRules() {
           Gated("Vccprog", "VCCPROG", Dyn::TotalDynTag, Static::TotalsOnly),
           Gated("Vpp2v5", "VPP2V5", Dyn::TotalDynTag, Static::TotalsOnly),
           Gated("Vccp", "VCCP", Dyn::TotalDynTag, Static::TotalsOnly)}},
+        // Its supplies go by bank, through the category map (PfrSupplyTerms).
+        {{"PFR"}, "PFR", BlockRow::IfPanelExists, nullptr, {}},
     };
     return rules;
 }
@@ -227,6 +229,10 @@ void PC_ENG::CalculateTotalPower() {
         CalculateTotalPowerCategory();
         return;
     }
+    FoldTotals(false);
+}
+
+void PC_ENG::FoldTotals(bool category) {
     PD_TABLE* vdpm = GetSupplyTable();
     PD_TABLE* power = GetPowerTable();
     PD_TABLE* current = GetCurrentTable();
@@ -256,6 +262,7 @@ void PC_ENG::CalculateTotalPower() {
                     row = "Vccpg";
                     tag = "VCCPG";
                 }
+                if (category) row = FindSupplyCategory(row, "-1");
                 BlockPower p = TermPower(panel, term, tag);
                 perBlock[row][rule.block] += p.sta + p.dyn;
                 if (term.matrixOnly) continue;
@@ -264,6 +271,13 @@ void PC_ENG::CalculateTotalPower() {
             }
         }
         if (any) blockValue[rule.block] = value;
+    }
+    if (category) {
+        for (const CategoryTerm& term : PfrSupplyTerms()) {
+            perBlock[term.supply]["PFR"] += term.sta + term.dyn;
+            supplyPower[term.supply].sta += term.sta;
+            supplyPower[term.supply].dyn += term.dyn;
+        }
     }
 
     for (const auto& r : perBlock)
@@ -320,10 +334,6 @@ void PC_ENG::CalculateTotalPower() {
     GetTotalStaTableCount(powerMatrix);
     GetTotalStaTableCount(currentMatrix);
 }
-
-// Supply categories belong to one architecture that the bundled data do not
-// hold; its totals are not supported yet and its summary stays at zero.
-void PC_ENG::CalculateTotalPowerCategory() {}
 
 void PC_ENG::DataValuePrecisionAdjustment() {
     const int decimals = IsSixDigitFamily(FamilyName()) ? 6 : 4;
