@@ -1789,15 +1789,18 @@ class PC_ENG {
     // Reads "<dir of path><stem>_icc.pio" and "_icc1.pio", then the two
     // override files when given (full paths), then merges powerFile when
     // given. False for an empty path or a failed merge.
-    bool ReadPFRFile(const std::string& path, const std::string& overrideA,
-                     const std::string& stem, const std::string& overrideB,
-                     const std::string& powerFile);
+    bool ReadPFRFile(const std::string& path, const std::string& overrideA, const std::string& stem,
+                     const std::string& overrideB, const std::string& powerFile);
     // Reads one port file into `ports` (appending); false when unreadable.
     static bool ReadPortFile(const std::string& file, bool icc1, std::vector<_ICCPORT>& ports);
     // Overwrites type and direction of the ICC ports named in the file.
     static void ApplyPortOverrides(const std::string& file, std::vector<_ICCPORT>& ports);
-    const std::vector<_ICCPORT>& GetIccPorts() const { return iccPorts; }
-    const std::vector<_ICCPORT>& GetIcc1Ports() const { return icc1Ports; }
+    const std::vector<_ICCPORT>& GetIccPorts() const {
+        return iccPorts;
+    }
+    const std::vector<_ICCPORT>& GetIcc1Ports() const {
+        return icc1Ports;
+    }
     void PFRTabUpdated();
     void PFRCalculation();
     // The block's own terms (eng_pfr_calc.cpp); amperes.

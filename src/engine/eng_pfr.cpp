@@ -93,30 +93,29 @@ bool PC_ENG::ReadPortFile(const std::string& file, bool icc1, std::vector<_ICCPO
     auto isHeader = [icc1](const std::string& line) {
         return icc1 ? line.find("IO_TYPE") != std::string::npos : line.compare(0, 6, "ICC_ID") == 0;
     };
-    return ForEachPortLine(file, isHeader,
-                           [&](const std::vector<std::string>& cells,
-                               const std::vector<std::string>& header) {
-                               const PortColumns c = ColumnsOf(header, nameColumn);
-                               ports.push_back({CellAt(cells, c.name), PortType(cells, c),
-                                                CellAt(cells, c.dir)});
-                           });
+    return ForEachPortLine(
+        file, isHeader,
+        [&](const std::vector<std::string>& cells, const std::vector<std::string>& header) {
+            const PortColumns c = ColumnsOf(header, nameColumn);
+            ports.push_back({CellAt(cells, c.name), PortType(cells, c), CellAt(cells, c.dir)});
+        });
 }
 
 void PC_ENG::ApplyPortOverrides(const std::string& file, std::vector<_ICCPORT>& ports) {
     auto isHeader = [](const std::string& line) {
         return line.find("IO_TYPE") != std::string::npos;
     };
-    ForEachPortLine(file, isHeader,
-                    [&](const std::vector<std::string>& cells,
-                        const std::vector<std::string>& header) {
-                        const PortColumns c = ColumnsOf(header, "ICC_Port_Name");
-                        const std::string& name = CellAt(cells, c.name);
-                        for (_ICCPORT& port : ports) {
-                            if (port.name != name) continue;
-                            port.iotype = PortType(cells, c);
-                            port.direction = CellAt(cells, c.dir);
-                        }
-                    });
+    ForEachPortLine(
+        file, isHeader,
+        [&](const std::vector<std::string>& cells, const std::vector<std::string>& header) {
+            const PortColumns c = ColumnsOf(header, "ICC_Port_Name");
+            const std::string& name = CellAt(cells, c.name);
+            for (_ICCPORT& port : ports) {
+                if (port.name != name) continue;
+                port.iotype = PortType(cells, c);
+                port.direction = CellAt(cells, c.dir);
+            }
+        });
 }
 
 bool PC_ENG::ReadPFRFile(const std::string& path, const std::string& overrideA,

@@ -116,12 +116,12 @@ double PC_ENG::ProcessPFRBankBiasVccauxUsed(const Row& names, const Row& values)
                       values);
 }
 double PC_ENG::ProcessPFRBankLeakVccioUnused(const Row& names, const Row& values) {
-    return GetIccLeakUnused("PFR", "PFR", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCIO",
-                            names, values);
+    return GetIccLeakUnused("PFR", "PFR", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCIO", names,
+                            values);
 }
 double PC_ENG::ProcessPFRBankBiasVccioUnused(const Row& names, const Row& values) {
-    return GetIccBiasUnused("PFR", "PFR", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCIO",
-                            names, values);
+    return GetIccBiasUnused("PFR", "PFR", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCIO", names,
+                            values);
 }
 double PC_ENG::ProcessPFRBankLeakVccauxUnused(const Row& names, const Row& values) {
     return GetIccLeakUnused("PFR", "PFR", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCAUX",
@@ -155,7 +155,8 @@ void PC_ENG::PFRCalculation() {
         const PortGroup& group = kGroups[g];
         PD_TABLE* counts = panel->GetTable(panel->GetTableIndex(group.countTable));
         const double count =
-            counts ? GetTotalSumRowDData(counts, counts->GetColumnIndex(group.countColumn), 0) : 0.0;
+            counts ? GetTotalSumRowDData(counts, counts->GetColumnIndex(group.countColumn), 0)
+                   : 0.0;
         if (count <= 0.0 || lists[g]->empty()) continue;
         const std::string freq = ProjectKey(project, "PFR ICC FREQUENCY", group.frequencyKey);
         const std::string af = ProjectKey(project, "PFR ICC ACTIVITY", group.activityKey);
@@ -223,9 +224,19 @@ void PC_ENG::PFRCalculation() {
     values.push_back("1.0");
     names.push_back("BANK_unused");
     values.push_back("1.0");
+    const std::string vccText = GetVDPMCategory("Vcc", "Voltage", "-1");
+    const std::string vccauxText = GetVDPMCategory("Vccaux", "Voltage", "-1");
+    const double vcc = Num(vccText);
+    const double vccaux = Num(vccauxText);
+    // The block's own supplies, by which its scale factors are worked out.
+    for (auto [name, value] : {std::pair<const char*, const std::string*>{"PFR_VCC", &vccText},
+                               {"PFR_VCCAUX", &vccauxText}}) {
+        names.push_back(name);
+        values.push_back(*value);
+    }
+    names.push_back("PFR_VCCIO");
+    values.push_back(GetVDPMCategory("Vccio", "Voltage", "13"));
     InitConstants(names, values);
-    const double vcc = Num(GetVDPMCategory("Vcc", "Voltage", "-1"));
-    const double vccaux = Num(GetVDPMCategory("Vccaux", "Voltage", "-1"));
     if (blocks > 0.0) {
         struct Term {
             double (PC_ENG::*member)(const Row&, const Row&);
@@ -233,13 +244,21 @@ void PC_ENG::PFRCalculation() {
             double volts;
             RowLog log;
         } const terms[] = {
-            {&PC_ENG::ProcessPFRLeakVccUsed, "Leakage VCC Pwr (W)", vcc,
+            {&PC_ENG::ProcessPFRLeakVccUsed,
+             "Leakage VCC Pwr (W)",
+             vcc,
              {"PowerLeakVccPFRUsed row(", ") = IccLeakVccPFRUsed * vcc = "}},
-            {&PC_ENG::ProcessPFRBiasVccUsed, "DCbias VCC Pwr (W)", vcc,
+            {&PC_ENG::ProcessPFRBiasVccUsed,
+             "DCbias VCC Pwr (W)",
+             vcc,
              {"PowerBiasVccPFRUsed row(", ") = IccBiasVccPFRUsed * vcc = "}},
-            {&PC_ENG::ProcessPFRLeakVccauxUsed, "Leakage VCCAUX Pwr (W)", vccaux,
+            {&PC_ENG::ProcessPFRLeakVccauxUsed,
+             "Leakage VCCAUX Pwr (W)",
+             vccaux,
              {"PowerLeakVccauxPFRUsed row(", ") = IccLeakVccauxPFRUsed * vccaux = "}},
-            {&PC_ENG::ProcessPFRBiasVccauxUsed, "DCbias VCCAUX Pwr (W)", vccaux,
+            {&PC_ENG::ProcessPFRBiasVccauxUsed,
+             "DCbias VCCAUX Pwr (W)",
+             vccaux,
              {"PowerBiasVccauxPFRUsed row(", ") = IccBiasVccauxPFRUsed * vccaux = "}},
         };
         for (const Term& t : terms) {
@@ -273,26 +292,27 @@ void PC_ENG::PFRCalculation() {
             double volts;
             const char* head;
             const char* middle;
-        } const usedTerms[] = {
-            {&PC_ENG::ProcessPFRBankLeakVccioUsed, "Leakage ", "VCCIO", vccio,
-             "PowerLeakVccioPFRBank(", ") = IccLeakVccioPFRBankUsed * vccio = "},
-            {&PC_ENG::ProcessPFRBankBiasVccioUsed, "DCbias ", "VCCIO", vccio,
-             "PowerBiasVccioPFRBank(", ") = IccBiasVccioPFRBankUsed * vccio = "},
-            {&PC_ENG::ProcessPFRBankLeakVccauxUsed, "Leakage ", "VCCAUX", vccaux,
-             "PowerLeakVccauxPFRBank(", ") = IccLeakVccauxPFRBankUsed * vccaux = "},
-            {&PC_ENG::ProcessPFRBankBiasVccauxUsed, "DCbias ", "VCCAUX", vccaux,
-             "PowerBiasVccauxPFRBank(", ") = IccBiasVccauxPFRBankUsed * vccaux = "},
-        },
-          unusedTerms[] = {
-              {&PC_ENG::ProcessPFRBankLeakVccioUnused, "Unused Leakage ", "VCCIO", vccio,
-               "PowerLeakVccioPFRBank(", ")Unused = IccLeakVccioPFRBankUnused * vccio = "},
-              {&PC_ENG::ProcessPFRBankBiasVccioUnused, "Unused DCbias ", "VCCIO", vccio,
-               "PowerBiasVccioPFRBank(", ")Unused = IccBiasVccioPFRBankUnused * vccio = "},
-              {&PC_ENG::ProcessPFRBankLeakVccauxUnused, "Unused Leakage ", "VCCAUX", vccaux,
-               "PowerLeakVccauxPFRBank(", ")Unused = IccLeakVccauxPFRBankUnused * vccaux = "},
-              {&PC_ENG::ProcessPFRBankBiasVccauxUnused, "Unused DCbias ", "VCCAUX", vccaux,
-               "PowerBiasVccauxPFRBank(", ")Unused = IccBiasVccauxPFRBankUnused * vccaux = "},
-          };
+        } const usedTerms[] =
+            {
+                {&PC_ENG::ProcessPFRBankLeakVccioUsed, "Leakage ", "VCCIO", vccio,
+                 "PowerLeakVccioPFRBank(", ") = IccLeakVccioPFRBankUsed * vccio = "},
+                {&PC_ENG::ProcessPFRBankBiasVccioUsed, "DCbias ", "VCCIO", vccio,
+                 "PowerBiasVccioPFRBank(", ") = IccBiasVccioPFRBankUsed * vccio = "},
+                {&PC_ENG::ProcessPFRBankLeakVccauxUsed, "Leakage ", "VCCAUX", vccaux,
+                 "PowerLeakVccauxPFRBank(", ") = IccLeakVccauxPFRBankUsed * vccaux = "},
+                {&PC_ENG::ProcessPFRBankBiasVccauxUsed, "DCbias ", "VCCAUX", vccaux,
+                 "PowerBiasVccauxPFRBank(", ") = IccBiasVccauxPFRBankUsed * vccaux = "},
+            },
+                unusedTerms[] = {
+                    {&PC_ENG::ProcessPFRBankLeakVccioUnused, "Unused Leakage ", "VCCIO", vccio,
+                     "PowerLeakVccioPFRBank(", ")Unused = IccLeakVccioPFRBankUnused * vccio = "},
+                    {&PC_ENG::ProcessPFRBankBiasVccioUnused, "Unused DCbias ", "VCCIO", vccio,
+                     "PowerBiasVccioPFRBank(", ")Unused = IccBiasVccioPFRBankUnused * vccio = "},
+                    {&PC_ENG::ProcessPFRBankLeakVccauxUnused, "Unused Leakage ", "VCCAUX", vccaux,
+                     "PowerLeakVccauxPFRBank(", ")Unused = IccLeakVccauxPFRBankUnused * vccaux = "},
+                    {&PC_ENG::ProcessPFRBankBiasVccauxUnused, "Unused DCbias ", "VCCAUX", vccaux,
+                     "PowerBiasVccauxPFRBank(", ")Unused = IccBiasVccauxPFRBankUnused * vccaux = "},
+                };
         for (const BankTerm& t : used ? usedTerms : unusedTerms) {
             const double i = (this->*t.member)(names, values);
             const std::string number = bank;

@@ -216,7 +216,8 @@ bool PC_ENG::SetupPowerData(const std::string& a, const std::string& b, const st
         if (!c.empty()) {
             const std::string pwrPath = name;
             const size_t slash = pwrPath.find_last_of("/\\");
-            block = (slash == std::string::npos ? "" : pwrPath.substr(0, slash + 1)) + "harrier.pwr";
+            block =
+                (slash == std::string::npos ? "" : pwrPath.substr(0, slash + 1)) + "harrier.pwr";
         }
         if (!ReadPFRFile(c.empty() ? std::string(name) : c, a, b, "", block)) return false;
     }

@@ -499,10 +499,14 @@ int PC_ENG::UpdatePeakStartupTable() {
         return 0;
     }
     int keyCol = data->GetColumnIndex("Devices");
-    std::string key = DevicePackageKey();
+    const std::string shortKey = DevicePackageKey();
+    std::string key = shortKey;
     if (keyCol < 0) {
+        // Keys take the operating condition's first character, as the
+        // process tables do.
         keyCol = data->GetColumnIndex("Devices_Process_Operation");
-        key += std::string("_") + GetProcessType() + "_" + OperatingName();
+        key +=
+            std::string("_") + GetProcessType() + "_" + std::string(OperatingName()).substr(0, 1);
     }
     bool widths = false;
     for (const std::string& c : data->columns) widths |= c.find("_WIDTH") != std::string::npos;
@@ -511,13 +515,18 @@ int PC_ENG::UpdatePeakStartupTable() {
     peak->RemoveAllRows();
     if (keyCol < 0) return 0;
     for (int r = 0; r < data->GetNumOfRows(); ++r) {
-        if (PD_UTIL::SpecialCompare(data->GetValueAt(r, keyCol), key.c_str()) != 0) continue;
+        const char* pattern = data->GetValueAt(r, keyCol);
+        if (PD_UTIL::SpecialCompare(pattern, key.c_str()) != 0 &&
+            PD_UTIL::SpecialCompare(pattern, shortKey.c_str()) != 0)
+            continue;
         for (int c = 0; c < data->GetNumOfColumns(); ++c) {
             const std::string& column = data->columns[c];
             if (c == keyCol || column.find("_WIDTH") != std::string::npos) continue;
             std::string supply;
             TranslateSupplyPWRtoPCF(column, supply);
             const char* cell = data->GetValueAt(r, c);
+            // An uncharacterised supply is left empty or 0 in the data: both
+            // show "N/A", as the set-up of the table has it.
             char amps[64] = "N/A";
             const double ma = Num(cell);
             if (ma != 0.0) std::snprintf(amps, sizeof amps, "%.4f", ma / 1000.0);
