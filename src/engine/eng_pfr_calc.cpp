@@ -100,35 +100,35 @@ double PC_ENG::ProcessPFRLeakVccauxUnused(const Row& names, const Row& values) {
 
 // A bank's interface: the element "PFR_BANK", once per bank.
 double PC_ENG::ProcessPFRBankLeakVccioUsed(const Row& names, const Row& values) {
-    return GetIccLeak("PFR", "PFR", "PFR_BANK", "BANK_used", "PFR_BANK", "PFR_VCCIO", names,
+    return GetIccLeak("PFR", "PFR BANK", "PFR_BANK", "BANK_used", "PFR_BANK", "PFR_VCCIO", names,
                       values);
 }
 double PC_ENG::ProcessPFRBankBiasVccioUsed(const Row& names, const Row& values) {
-    return GetIccBias("PFR", "PFR", "PFR_BANK", "BANK_used", "PFR_BANK", "PFR_VCCIO", names,
+    return GetIccBias("PFR", "PFR BANK", "PFR_BANK", "BANK_used", "PFR_BANK", "PFR_VCCIO", names,
                       values);
 }
 double PC_ENG::ProcessPFRBankLeakVccauxUsed(const Row& names, const Row& values) {
-    return GetIccLeak("PFR", "PFR", "PFR_BANK", "BANK_used", "PFR_BANK", "PFR_VCCAUX", names,
+    return GetIccLeak("PFR", "PFR BANK", "PFR_BANK", "BANK_used", "PFR_BANK", "PFR_VCCAUX", names,
                       values);
 }
 double PC_ENG::ProcessPFRBankBiasVccauxUsed(const Row& names, const Row& values) {
-    return GetIccBias("PFR", "PFR", "PFR_BANK", "BANK_used", "PFR_BANK", "PFR_VCCAUX", names,
+    return GetIccBias("PFR", "PFR BANK", "PFR_BANK", "BANK_used", "PFR_BANK", "PFR_VCCAUX", names,
                       values);
 }
 double PC_ENG::ProcessPFRBankLeakVccioUnused(const Row& names, const Row& values) {
-    return GetIccLeakUnused("PFR", "PFR", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCIO", names,
-                            values);
+    return GetIccLeakUnused("PFR", "PFR BANK", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCIO",
+                            names, values);
 }
 double PC_ENG::ProcessPFRBankBiasVccioUnused(const Row& names, const Row& values) {
-    return GetIccBiasUnused("PFR", "PFR", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCIO", names,
-                            values);
+    return GetIccBiasUnused("PFR", "PFR BANK", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCIO",
+                            names, values);
 }
 double PC_ENG::ProcessPFRBankLeakVccauxUnused(const Row& names, const Row& values) {
-    return GetIccLeakUnused("PFR", "PFR", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCAUX",
+    return GetIccLeakUnused("PFR", "PFR BANK", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCAUX",
                             names, values);
 }
 double PC_ENG::ProcessPFRBankBiasVccauxUnused(const Row& names, const Row& values) {
-    return GetIccBiasUnused("PFR", "PFR", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCAUX",
+    return GetIccBiasUnused("PFR", "PFR BANK", "PFR_BANK", "BANK_unused", "PFR_BANK", "PFR_VCCAUX",
                             names, values);
 }
 
@@ -202,9 +202,11 @@ void PC_ENG::PFRCalculation() {
             for (const char* tag : kTags)
                 for (const char* kind : kKinds) {
                     const double watts = SumColumn(&t, std::string(kind) + tag + " Pwr (W)");
-                    Add(block, 0, std::string(kind) + tag + " Pwr (W)", watts);
+                    // VCCIO by bank, where its rail is known.
                     if (std::strcmp(tag, "VCCIO") == 0)
                         Add(block, 0, BankColumn(kind, group.bank, tag), watts);
+                    else
+                        Add(block, 0, std::string(kind) + tag + " Pwr (W)", watts);
                 }
         }
         portBanks.insert(group.bank);
@@ -322,16 +324,12 @@ void PC_ENG::PFRCalculation() {
         }
     }
 
-    // "Dyn. Pwr (W)" and the totals. The VCCIO columns of the block gather
-    // the ports' VCCIO, which its bank columns hold too: counted once, by bank.
+    // "Dyn. Pwr (W)" and the totals.
     double dyn = 0.0, sum = 0.0;
     for (PD_TABLE* t : {block, total}) {
         for (int c : GetPowerColumnIndexVector(t)) {
             const std::string& column = t->columns[c];
             if (column == "Dyn. Pwr (W)" || column.compare(0, 6, "Total ") == 0) continue;
-            if (column.find(" VCCIO Pwr") != std::string::npos &&
-                column.find("Bank") == std::string::npos)
-                continue;
             const double w = Num(t->GetValueAt(0, c));
             sum += w;
             if (column.compare(0, 5, "Dyn. ") == 0) dyn += w;

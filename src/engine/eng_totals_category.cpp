@@ -50,8 +50,8 @@ std::vector<PC_ENG::CategoryTerm> PC_ENG::PfrSupplyTerms() {
     };
     add(FindSupplyCategory("Vcc", "-1"), "VCC");
     add(FindSupplyCategory("Vccaux", "-1"), "VCCAUX");
-    // The block's own VCCIO columns gather what its bank columns hold by bank,
-    // where the feeding rail is known: group 10 + bank.
+    // VCCIO and the banks' VCCAUX go by bank, to the rail that feeds the
+    // bank's group: 10 + bank.
     std::vector<std::string> banks;
     for (PD_TABLE* t : panel->tables)
         for (const std::string& column : t->columns) {
