@@ -275,7 +275,14 @@ TEST_F(PfrTab, TheBlocksPowerReachesBlockSuppliesAndTotal) {
     // The grand totals: the blocks' sum, and the supplies' which the block's
     // matrix column says the same about.
     const int last = power->GetNumOfRows() - 1;
-    EXPECT_NEAR(Num(eng->GetTotalPower()), Num(power->GetValueAt(last, 2)), 1e-4);
+    EXPECT_NEAR(Num(eng->GetTotalPower()), Num(power->GetValueAt(last, 2)), 12e-6);
+    // A bank rail fed by both the I/O tab and the block holds both shares.
+    PD_TABLE* matrix = eng->GetPowerMatrix();
+    const int r18 = vdpm->GetRowNumber(std::string("Vccio 1.8"));
+    EXPECT_NEAR(
+        Num(power->GetValueAt(r18, 2)),
+        eng->GetStaTable("Vccio 1.8", "I/O", matrix) + eng->GetStaTable("Vccio 1.8", "PFR", matrix),
+        4e-6);
     EXPECT_NEAR(eng->GetStaTable("Total", "PFR", eng->GetPowerMatrix()), pfr, 12e-6);
 }
 

@@ -293,6 +293,13 @@ void PC_ENG::FoldTotals(bool category) {
         auto it = supplyPower.find(supply);
         if (it == supplyPower.end()) continue;
         if (supply != "Vcc" && supply != "Vccaux" && !HasSupply(supply)) continue;
+        // On the category part a bank's rail carries the I/O tab's share too.
+        if (category) {
+            auto sta = ioStaticPower.find(supply);
+            auto dyn = ioDynamicPower.find(supply);
+            if (sta != ioStaticPower.end()) it->second.sta += sta->second;
+            if (dyn != ioDynamicPower.end()) it->second.dyn += dyn->second;
+        }
         power->SetValueAt(PrintFixed(it->second.sta, 20).c_str(), r, 0);
         power->SetValueAt(PrintFixed(it->second.dyn, 20).c_str(), r, 1);
         const double volts = Num(vdpm->GetValueAt(r, 1));
