@@ -52,6 +52,13 @@ struct iodata {
     double frequency = 0.0;  // MHz
 };
 
+// One port of the firmware-resilience block, from its port files.
+struct _ICCPORT {
+    std::string name;
+    std::string iotype;     // "LVCMOS18-8mA-SLEW:FAST" and the like
+    std::string direction;  // "Input", "Output" or "Bidi"
+};
+
 using StandbyMap = std::map<std::string, bool*>;
 
 // One report file the engine tried to write, and whether it now stands whole.
@@ -1838,8 +1845,49 @@ class PC_ENG {
 
     // ---- Exchange files (eng_constraints.cpp, eng_pfr.cpp) ---------------
     int GetUserConstraints(const std::string& path);
-    int ReadPFRFile(const std::string& pwrName, const std::string& a, const std::string& b,
-                    const std::string& c, const std::string& arch);
+
+    // ---- Firmware-resilience block (eng_pfr.cpp, eng_pfr_calc.cpp) --------
+    // Reads "<dir of path><stem>_icc.pio" and "_icc1.pio", then the two
+    // override files when given (full paths), then merges powerFile when
+    // given. False for an empty path or a failed merge.
+    bool ReadPFRFile(const std::string& path, const std::string& overrideA, const std::string& stem,
+                     const std::string& overrideB, const std::string& powerFile);
+    // Reads one port file into `ports` (appending); false when unreadable.
+    static bool ReadPortFile(const std::string& file, bool icc1, std::vector<_ICCPORT>& ports);
+    // Overwrites type and direction of the ICC ports named in the file.
+    static void ApplyPortOverrides(const std::string& file, std::vector<_ICCPORT>& ports);
+    const std::vector<_ICCPORT>& GetIccPorts() const {
+        return iccPorts;
+    }
+    const std::vector<_ICCPORT>& GetIcc1Ports() const {
+        return icc1Ports;
+    }
+    void PFRTabUpdated();
+    void PFRCalculation();
+    // The block's own terms (eng_pfr_calc.cpp); amperes.
+    double ProcessPFRLeakVccUsed(const Row& names, const Row& values);
+    double ProcessPFRBiasVccUsed(const Row& names, const Row& values);
+    double ProcessPFRLeakVccauxUsed(const Row& names, const Row& values);
+    double ProcessPFRBiasVccauxUsed(const Row& names, const Row& values);
+    double ProcessPFRLeakVccUnused(const Row& names, const Row& values);
+    double ProcessPFRLeakVccauxUnused(const Row& names, const Row& values);
+    // A bank's interface to the block, per bank with ports (or without).
+    double ProcessPFRBankLeakVccioUsed(const Row& names, const Row& values);
+    double ProcessPFRBankBiasVccioUsed(const Row& names, const Row& values);
+    double ProcessPFRBankLeakVccauxUsed(const Row& names, const Row& values);
+    double ProcessPFRBankBiasVccauxUsed(const Row& names, const Row& values);
+    double ProcessPFRBankLeakVccioUnused(const Row& names, const Row& values);
+    double ProcessPFRBankBiasVccioUnused(const Row& names, const Row& values);
+    double ProcessPFRBankLeakVccauxUnused(const Row& names, const Row& values);
+    double ProcessPFRBankBiasVccauxUnused(const Row& names, const Row& values);
+    // The category totals' share of the block (eng_totals_category.cpp):
+    // static and dynamic watts per summary supply row.
+    struct CategoryTerm {
+        std::string supply;
+        double sta = 0.0;
+        double dyn = 0.0;
+    };
+    std::vector<CategoryTerm> PfrSupplyTerms();
 
     // ---- Thermal settings (eng_defaults.cpp, eng_thermal.cpp) ------------
     std::string AmbientTemperature;
@@ -1978,6 +2026,12 @@ class PC_ENG {
 
     // Storage behind the standby maps (stable addresses).
     std::map<std::string, bool> standbyFlags;
+
+    // The firmware-resilience block's ports.
+    std::vector<_ICCPORT> iccPorts, icc1Ports;
+    // One fold of the tabs into the summary; `category` maps each supply
+    // through the category map and adds the firmware-resilience block.
+    void FoldTotals(bool category);
 };
 
 #endif

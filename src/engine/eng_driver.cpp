@@ -38,6 +38,7 @@ const PanelCalculator kPanelCalculators[] = {
     {"DSP", &PC_ENG::DSPCalculation},
     {"EFB", &PC_ENG::EFBCalculation},
     {"ASC", &PC_ENG::ASCCalculation},
+    {"PFR", &PC_ENG::PFRCalculation},
 };
 
 }  // namespace

@@ -207,9 +207,19 @@ bool PC_ENG::SetupPowerData(const std::string& a, const std::string& b, const st
     std::strncat(name, ".pwr", sizeof name - std::strlen(name) - 1);
     if (!HelperSetupPowerData(pwrData, name)) return false;
 
+    // The firmware-resilience part: `c` is the project's path, beside which
+    // the port files named by stem `b` lie, `a` an override port file. The
+    // block's power data merge here without a project, after the ports with one.
     if (IsPfrArch(arch)) {
         if (c.empty() && !MergePFRPwr(name, "harrier.pwr")) return false;
-        if (!ReadPFRFile(name, a, b, c, arch)) return false;
+        std::string block;
+        if (!c.empty()) {
+            const std::string pwrPath = name;
+            const size_t slash = pwrPath.find_last_of("/\\");
+            block =
+                (slash == std::string::npos ? "" : pwrPath.substr(0, slash + 1)) + "harrier.pwr";
+        }
+        if (!ReadPFRFile(c.empty() ? std::string(name) : c, a, b, "", block)) return false;
     }
 
     struct {

@@ -162,6 +162,17 @@ void PC_ENG::SetupSupplyCategory() {
         supplyCategory[category].push_back({"-1", category});
         supplyCategoryNames.insert(category);
     }
+    // The device's own further entries: category, group number, supply.
+    if (auto* map = dynamic_cast<PD_TBLSECT*>(pwrData->GetSection("POWER CATEGORY MAP"))) {
+        const int c = map->GetColumnIndex("Category");
+        const int n = map->GetColumnIndex("Number");
+        const int s = map->GetColumnIndex("Supply");
+        for (int r = 0; c >= 0 && n >= 0 && s >= 0 && r < map->GetNumOfRows(); ++r) {
+            supplyCategory[map->GetValueAt(r, c)].push_back(
+                {map->GetValueAt(r, n), map->GetValueAt(r, s)});
+            supplyCategoryNames.insert(map->GetValueAt(r, c));
+        }
+    }
 }
 
 void PC_ENG::UpdateVDPMVoltage(const std::string& supply, const std::string& number) {

@@ -137,6 +137,8 @@ const std::vector<BlockRule>& BlockRules() {
           Gated("Vccprog", "VCCPROG", Dyn::TotalDynTag, Static::TotalsOnly),
           Gated("Vpp2v5", "VPP2V5", Dyn::TotalDynTag, Static::TotalsOnly),
           Gated("Vccp", "VCCP", Dyn::TotalDynTag, Static::TotalsOnly)}},
+        // Its supplies go by bank, through the category map (PfrSupplyTerms).
+        {{"PFR"}, "PFR", BlockRow::IfPanelExists, nullptr, {}},
     };
     return rules;
 }
@@ -233,6 +235,10 @@ void PC_ENG::CalculateTotalPower() {
         CalculateTotalPowerCategory();
         return;
     }
+    FoldTotals(false);
+}
+
+void PC_ENG::FoldTotals(bool category) {
     PD_TABLE* vdpm = GetSupplyTable();
     PD_TABLE* power = GetPowerTable();
     PD_TABLE* current = GetCurrentTable();
@@ -262,6 +268,7 @@ void PC_ENG::CalculateTotalPower() {
                     row = "Vccpg";
                     tag = "VCCPG";
                 }
+                if (category) row = FindSupplyCategory(row, "-1");
                 BlockPower p = TermPower(panel, term, tag);
                 perBlock[row][rule.block] += p.sta + p.dyn;
                 if (term.matrixOnly) continue;
@@ -270,6 +277,13 @@ void PC_ENG::CalculateTotalPower() {
             }
         }
         if (any) blockValue[rule.block] = value;
+    }
+    if (category) {
+        for (const CategoryTerm& term : PfrSupplyTerms()) {
+            perBlock[term.supply]["PFR"] += term.sta + term.dyn;
+            supplyPower[term.supply].sta += term.sta;
+            supplyPower[term.supply].dyn += term.dyn;
+        }
     }
 
     // ASC rails on the core supply join its static power; external rails
@@ -297,6 +311,13 @@ void PC_ENG::CalculateTotalPower() {
         auto it = supplyPower.find(supply);
         if (it == supplyPower.end()) continue;
         if (supply != "Vcc" && supply != "Vccaux" && !HasSupply(supply)) continue;
+        // On the category part a bank's rail carries the I/O tab's share too.
+        if (category) {
+            auto sta = ioStaticPower.find(supply);
+            auto dyn = ioDynamicPower.find(supply);
+            if (sta != ioStaticPower.end()) it->second.sta += sta->second;
+            if (dyn != ioDynamicPower.end()) it->second.dyn += dyn->second;
+        }
         power->SetValueAt(PrintFixed(it->second.sta, 20).c_str(), r, 0);
         power->SetValueAt(PrintFixed(it->second.dyn, 20).c_str(), r, 1);
         const double volts = Num(vdpm->GetValueAt(r, 1));
@@ -338,10 +359,6 @@ void PC_ENG::CalculateTotalPower() {
     GetTotalStaTableCount(powerMatrix);
     GetTotalStaTableCount(currentMatrix);
 }
-
-// Supply categories belong to one architecture that the bundled data do not
-// hold; its totals are not supported yet and its summary stays at zero.
-void PC_ENG::CalculateTotalPowerCategory() {}
 
 void PC_ENG::DataValuePrecisionAdjustment() {
     const int decimals = IsSixDigitFamily(FamilyName()) ? 6 : 4;
@@ -507,10 +524,14 @@ int PC_ENG::UpdatePeakStartupTable() {
         return 0;
     }
     int keyCol = data->GetColumnIndex("Devices");
-    std::string key = DevicePackageKey();
+    const std::string shortKey = DevicePackageKey();
+    std::string key = shortKey;
     if (keyCol < 0) {
+        // Keys take the operating condition's first character, as the
+        // process tables do.
         keyCol = data->GetColumnIndex("Devices_Process_Operation");
-        key += std::string("_") + GetProcessType() + "_" + OperatingName();
+        key +=
+            std::string("_") + GetProcessType() + "_" + std::string(OperatingName()).substr(0, 1);
     }
     bool widths = false;
     for (const std::string& c : data->columns) widths |= c.find("_WIDTH") != std::string::npos;
@@ -519,13 +540,18 @@ int PC_ENG::UpdatePeakStartupTable() {
     peak->RemoveAllRows();
     if (keyCol < 0) return 0;
     for (int r = 0; r < data->GetNumOfRows(); ++r) {
-        if (PD_UTIL::SpecialCompare(data->GetValueAt(r, keyCol), key.c_str()) != 0) continue;
+        const char* pattern = data->GetValueAt(r, keyCol);
+        if (PD_UTIL::SpecialCompare(pattern, key.c_str()) != 0 &&
+            PD_UTIL::SpecialCompare(pattern, shortKey.c_str()) != 0)
+            continue;
         for (int c = 0; c < data->GetNumOfColumns(); ++c) {
             const std::string& column = data->columns[c];
             if (c == keyCol || column.find("_WIDTH") != std::string::npos) continue;
             std::string supply;
             TranslateSupplyPWRtoPCF(column, supply);
             const char* cell = data->GetValueAt(r, c);
+            // An uncharacterised supply is left empty or 0 in the data: both
+            // show "N/A", as the set-up of the table has it.
             char amps[64] = "N/A";
             const double ma = Num(cell);
             if (ma != 0.0) std::snprintf(amps, sizeof amps, "%.4f", ma / 1000.0);

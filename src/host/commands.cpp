@@ -80,6 +80,8 @@ int Calc(const CalcOptions& o, std::ostream& out) {
     if (!o.estimate.empty()) EnableEstimation(session, o.estimate);
     PC_ENG& engine = session.Engine();
     for (const CellEdit& edit : edits) ApplyCellEdit(engine, edit);
+    // A firmware-resilience design's bank 0 follows its ports' mode.
+    if (!edits.empty()) engine.PFRTabUpdated();
     if (!o.ambient.empty()) engine.SetAmbientTemperature(o.ambient);
     if (!o.process.empty()) ApplyProcess(engine, o.process);
     // The messages are those of the calculation reported: the engine keeps

@@ -57,8 +57,13 @@ Session::Session(const std::string& projectPath, const std::string& calcLog) : p
                               device_.speed, device_.operating, device_.partName};
     char* array[7];
     for (int i = 0; i < 7; ++i) array[i] = &strings[i][0];
-    engine_ = std::make_unique<PC_ENG>(array, project.get(), "Calculation", false, "", "", "", "",
-                                       "", "", nullptr, nullptr, nullptr, "", false, "", calcLog);
+    // The port files of a firmware-resilience design lie beside the project,
+    // named after its file: "<stem>_icc.pio", "<stem>_icc1.pio".
+    std::string stem = projectPath.substr(projectPath.find_last_of("/\\") + 1);
+    stem = stem.substr(0, stem.rfind('.'));
+    engine_ =
+        std::make_unique<PC_ENG>(array, project.get(), "Calculation", false, "", stem, projectPath,
+                                 "", "", "", nullptr, nullptr, nullptr, "", false, "", calcLog);
     project_ = project.release();
 }
 

@@ -1,0 +1,73 @@
+// The totals of the part with supply categories: every block's supply goes
+// through the category map, and the firmware-resilience block adds its
+// core, auxiliary and per-bank shares.
+#include <string>
+#include <vector>
+
+#include "baspcengin.h"
+#include "eng_text.h"
+
+using namespace pwc;
+
+namespace {
+
+double Cell0(PD_TABLE* t, const std::string& column) {
+    return t ? Num(t->GetValueAt(0, t->GetColumnIndex(column.c_str()))) : 0.0;
+}
+
+// Sum of a column over all rows of the tables; an absent column adds 0.
+double Sum(const std::vector<PD_TABLE*>& tables, const std::string& column) {
+    double sum = 0.0;
+    for (PD_TABLE* t : tables) {
+        const int c = t->GetColumnIndex(column.c_str());
+        for (int r = 0; c >= 0 && r < t->GetNumOfRows(); ++r) sum += Num(t->GetValueAt(r, c));
+    }
+    return sum;
+}
+
+}  // namespace
+
+void PC_ENG::CalculateTotalPowerCategory() {
+    FoldTotals(true);
+}
+
+std::vector<PC_ENG::CategoryTerm> PC_ENG::PfrSupplyTerms() {
+    std::vector<CategoryTerm> terms;
+    PC_PANEL* panel = GetPanel(GetPanelIndex("PFR"));
+    if (!panel || panel->GetNumOfTables() < 2) return terms;
+    std::vector<PD_TABLE*> items(panel->tables.begin(), panel->tables.end() - 1);
+    PD_TABLE* total = panel->tables.back();
+    // A column set's static and dynamic watts on one supply row.
+    auto add = [&](const std::string& supply, const std::string& tag) {
+        CategoryTerm t;
+        t.supply = supply;
+        for (const char* kind : {"Leakage ", "DCbias "}) {
+            t.sta += Sum(items, kind + tag + " Pwr (W)");
+            t.sta += Cell0(total, std::string("Unused ") + kind + tag + " Pwr (W)");
+        }
+        t.dyn = Sum(items, "Dyn. " + tag + " Pwr (W)");
+        terms.push_back(t);
+    };
+    add(FindSupplyCategory("Vcc", "-1"), "VCC");
+    add(FindSupplyCategory("Vccaux", "-1"), "VCCAUX");
+    // VCCIO and the banks' VCCAUX go by bank, to the rail that feeds the
+    // bank's group: 10 + bank.
+    std::vector<std::string> banks;
+    for (PD_TABLE* t : panel->tables)
+        for (const std::string& column : t->columns) {
+            const size_t at = column.find("Bank");
+            if (at == std::string::npos || column.find(" VCCIO Pwr (W)") == std::string::npos)
+                continue;
+            const size_t blank = column.find(' ', at);
+            const std::string bank = column.substr(at + 4, blank - at - 4);
+            bool seen = false;
+            for (const std::string& b : banks) seen |= b == bank;
+            if (!seen) banks.push_back(bank);
+        }
+    for (const std::string& bank : banks) {
+        const std::string group = "1" + bank;
+        add(FindSupplyCategory("Vccio", group), "Bank" + bank + " VCCIO");
+        add(FindSupplyCategory("Vccaux", group), "Bank" + bank + " VCCAUX");
+    }
+    return terms;
+}
