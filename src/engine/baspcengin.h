@@ -52,6 +52,12 @@ struct iodata {
     double frequency = 0.0;  // MHz
 };
 
+// One point of a graph sweep.
+struct grpdata {
+    double x = 0.0;
+    double y = 0.0;
+};
+
 using StandbyMap = std::map<std::string, bool*>;
 
 // One report file the engine tried to write, and whether it now stands whole.
@@ -1779,6 +1785,26 @@ class PC_ENG {
     int ReadPFRFile(const std::string& pwrName, const std::string& a, const std::string& b,
                     const std::string& c, const std::string& arch);
     void setupASCsupply();
+
+    // ---- Constraints files (eng_constraints.cpp) -------------------------
+    // The pad report's "Vccio by Bank:" table into the bank map; 1, or the
+    // process ends (code 2) when the file can't be opened.
+    int ReadPadReport(const std::string& path);
+    // The preference file's bank voltages and configuration clock; 1.
+    int ReadPreferenceFile(const std::string& path);
+    // MHz, "%.4lf"; empty until a preference file sets it.
+    std::string ConfigClockFrequency;
+
+    // ---- Graph sweeps (baspcgraph/eng_graph.cpp) --------------------------
+    // Power against the swept supply's voltage, the ambient and one clock's
+    // frequency, per process corner; kept until the next sweep.
+    void CollectDataForGraph();
+    static void addGraphdata(std::vector<grpdata>& points, double x, double y);
+    std::vector<grpdata> SectionTypical, SectionWorst;
+    std::vector<grpdata> TempAmbTypical, TempAmbWorst;
+    std::vector<grpdata> FreqTypical, FreqWorst;
+    // Called after each point of a sweep with the points done and due.
+    std::function<void(int done, int total)> graphProgress;
 
     // ---- Thermal settings (eng_defaults.cpp, eng_thermal.cpp) ------------
     std::string AmbientTemperature;

@@ -34,7 +34,9 @@ DeviceInfo ReadDeviceInfo(const PD_DATA& project) {
     return info;
 }
 
-Session::Session(const std::string& projectPath, const std::string& calcLog) : path_(projectPath) {
+Session::Session(const std::string& projectPath, const std::string& calcLog,
+                 const std::string& constraints)
+    : path_(projectPath) {
     std::unique_ptr<PD_DATA> project = LoadDataFile(projectPath, "project");
     try {
         device_ = ReadDeviceInfo(*project);
@@ -57,8 +59,9 @@ Session::Session(const std::string& projectPath, const std::string& calcLog) : p
                               device_.speed, device_.operating, device_.partName};
     char* array[7];
     for (int i = 0; i < 7; ++i) array[i] = &strings[i][0];
-    engine_ = std::make_unique<PC_ENG>(array, project.get(), "Calculation", false, "", "", "", "",
-                                       "", "", nullptr, nullptr, nullptr, "", false, "", calcLog);
+    engine_ =
+        std::make_unique<PC_ENG>(array, project.get(), "Calculation", false, "", "", "", "", "", "",
+                                 nullptr, nullptr, nullptr, "", false, constraints, calcLog);
     project_ = project.release();
 }
 
