@@ -245,7 +245,9 @@ INSTANTIATE_TEST_SUITE_P(
                       BadSweep{{"--ambient", "--from", "50", "--to", "10"}, "--from must not"},
                       BadSweep{{"--supply", "--rail", "Vxx"}, "no such supply"},
                       BadSweep{{"--frequency", "--clock", "clk_none"}, "no such clock"},
-                      BadSweep{{"--ambient", "--panel", "Nothing"}, "no such tab"}));
+                      BadSweep{{"--ambient", "--panel", "Nothing"}, "no such tab"},
+                      // The project's range at the default step of 0.024 V.
+                      BadSweep{{"--supply", "--step", "0.00001"}, "12001 points; at most"}));
 
 // ---- pwc calc --constraints --------------------------------------------------------
 

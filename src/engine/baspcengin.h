@@ -1800,6 +1800,10 @@ class PC_ENG {
     // frequency, per process corner; kept until the next sweep.
     void CollectDataForGraph();
     static void addGraphdata(std::vector<grpdata>& points, double x, double y);
+    // The defaults of the sweep settings left empty or at 0.0.
+    void SetGraphDefaults();
+    // Points from `upper` down to `lower` by `step`; 0 when reversed.
+    static int GraphPointCount(double lower, double upper, double step);
     std::vector<grpdata> SectionTypical, SectionWorst;
     std::vector<grpdata> TempAmbTypical, TempAmbWorst;
     std::vector<grpdata> FreqTypical, FreqWorst;

@@ -19,6 +19,8 @@ namespace pwchost {
 
 namespace {
 
+constexpr int kMaxSweepPoints = 2000;
+
 // The engine reads a limit of exactly 0 as "use the default": a 0 asked for
 // is passed on as the nearest number beside it, which prints as 0.
 double EngineLimit(double value, bool lower) {
@@ -223,6 +225,17 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
                                                : e.FreqY;
     if (r.plotted.empty()) r.plotted = "Total Power";
 
+    e.SetGraphDefaults();
+    const int points =
+        o.kind == SweepKind::Supply
+            ? PC_ENG::GraphPointCount(e.SectionLowerLimit, e.SectionUpperLimit, e.SectionResolution)
+        : o.kind == SweepKind::Ambient
+            ? PC_ENG::GraphPointCount(e.TempAmbLowerLimit, e.TempAmbUpperLimit, e.TempAmbResolution)
+            : PC_ENG::GraphPointCount(e.FreqLowerLimit, e.FreqUpperLimit, e.FreqAmbResolution);
+    // Each point is a whole calculation per corner.
+    if (points > kMaxSweepPoints)
+        throw UsageError("the range gives " + std::to_string(points) + " points; at most " +
+                         std::to_string(kMaxSweepPoints) + " (use a larger --step)");
     e.CollectDataForGraph();
 
     for (const auto& [name, points] :

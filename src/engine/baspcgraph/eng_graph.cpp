@@ -14,15 +14,6 @@ namespace {
 
 const char* const kNoClocks = "No Clocks Found!";
 
-// Points of a sweep from `upper` down to `lower`; none when the range is
-// reversed. The count truncates, so a step that doesn't divide the range
-// stops above `lower`.
-int PointCount(double lower, double upper, double step) {
-    const double count = std::trunc((upper - lower) / step);
-    if (!(count >= 0.0)) return 0;
-    return count >= INT_MAX ? INT_MAX : static_cast<int>(count) + 1;
-}
-
 void DefaultIfZero(double& value, double fallback) {
     if (value == 0.0) value = fallback;
 }
@@ -37,12 +28,15 @@ void PC_ENG::addGraphdata(std::vector<grpdata>& points, double x, double y) {
     points.push_back({x, y});
 }
 
-void PC_ENG::CollectDataForGraph() {
-    graphProcessing = true;
-    for (std::vector<grpdata>* v :
-         {&SectionTypical, &SectionWorst, &TempAmbTypical, &TempAmbWorst, &FreqTypical, &FreqWorst})
-        v->clear();
+// The count truncates, so a step that doesn't divide the range stops above
+// `lower`.
+int PC_ENG::GraphPointCount(double lower, double upper, double step) {
+    const double count = std::trunc((upper - lower) / step);
+    if (!(count >= 0.0)) return 0;
+    return count >= INT_MAX ? INT_MAX : static_cast<int>(count) + 1;
+}
 
+void PC_ENG::SetGraphDefaults() {
     DefaultIfEmpty(SectionX, "Vcc");
     DefaultIfEmpty(SectionY, "Total Power");
     DefaultIfZero(SectionLowerLimit, 1.14);
@@ -58,6 +52,14 @@ void PC_ENG::CollectDataForGraph() {
     DefaultIfZero(FreqLowerLimit, 10.0);
     DefaultIfZero(FreqUpperLimit, 100.0);
     DefaultIfZero(FreqAmbResolution, 20.0);
+}
+
+void PC_ENG::CollectDataForGraph() {
+    graphProcessing = true;
+    for (std::vector<grpdata>* v :
+         {&SectionTypical, &SectionWorst, &TempAmbTypical, &TempAmbWorst, &FreqTypical, &FreqWorst})
+        v->clear();
+    SetGraphDefaults();
 
     const double voltage = Num(GetVDPM(SectionX, "Voltage"));
     const double ambient = Num(AmbientTemperature);
@@ -81,10 +83,12 @@ void PC_ENG::CollectDataForGraph() {
     }
     const bool sweepFrequency = clock != kNoClocks;
 
-    const int supplyPoints = PointCount(SectionLowerLimit, SectionUpperLimit, SectionResolution);
-    const int ambientPoints = PointCount(TempAmbLowerLimit, TempAmbUpperLimit, TempAmbResolution);
+    const int supplyPoints =
+        GraphPointCount(SectionLowerLimit, SectionUpperLimit, SectionResolution);
+    const int ambientPoints =
+        GraphPointCount(TempAmbLowerLimit, TempAmbUpperLimit, TempAmbResolution);
     const int frequencyPoints =
-        sweepFrequency ? PointCount(FreqLowerLimit, FreqUpperLimit, FreqAmbResolution) : 0;
+        sweepFrequency ? GraphPointCount(FreqLowerLimit, FreqUpperLimit, FreqAmbResolution) : 0;
     const int total = supplyPoints + ambientPoints + frequencyPoints;
     int done = 0;
     const bool worst = IsWorstTypeAvailable();
