@@ -59,6 +59,12 @@ struct _ICCPORT {
     std::string direction;  // "Input", "Output" or "Bidi"
 };
 
+// One point of a graph sweep.
+struct grpdata {
+    double x = 0.0;
+    double y = 0.0;
+};
+
 using StandbyMap = std::map<std::string, bool*>;
 
 // One report file the engine tried to write, and whether it now stands whole.
@@ -1888,6 +1894,30 @@ class PC_ENG {
         double dyn = 0.0;
     };
     std::vector<CategoryTerm> PfrSupplyTerms();
+
+    // ---- Constraints files (eng_constraints.cpp) -------------------------
+    // The pad report's "Vccio by Bank:" table into the bank map; 1, or the
+    // process ends (code 2) when the file can't be opened.
+    int ReadPadReport(const std::string& path);
+    // The preference file's bank voltages and configuration clock; 1.
+    int ReadPreferenceFile(const std::string& path);
+    // MHz, "%.4lf"; empty until a preference file sets it.
+    std::string ConfigClockFrequency;
+
+    // ---- Graph sweeps (baspcgraph/eng_graph.cpp) --------------------------
+    // Power against the swept supply's voltage, the ambient and one clock's
+    // frequency, per process corner; kept until the next sweep.
+    void CollectDataForGraph();
+    static void addGraphdata(std::vector<grpdata>& points, double x, double y);
+    // The defaults of the sweep settings left empty or at 0.0.
+    void SetGraphDefaults();
+    // Points from `upper` down to `lower` by `step`; 0 when reversed.
+    static int GraphPointCount(double lower, double upper, double step);
+    std::vector<grpdata> SectionTypical, SectionWorst;
+    std::vector<grpdata> TempAmbTypical, TempAmbWorst;
+    std::vector<grpdata> FreqTypical, FreqWorst;
+    // Called after each point of a sweep with the points done and due.
+    std::function<void(int done, int total)> graphProgress;
 
     // ---- Thermal settings (eng_defaults.cpp, eng_thermal.cpp) ------------
     std::string AmbientTemperature;

@@ -1,7 +1,10 @@
 // The commands of `pwc` and their dispatch.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
+#include <iostream>
 #include <nlohmann/json.hpp>
 
 #include "host.h"
@@ -13,7 +16,7 @@ namespace {
 struct CalcOptions {
     std::string project;
     std::vector<std::string> sets, tabs;
-    std::string ambient, process, save, estimate;
+    std::string ambient, process, save, estimate, constraints;
     bool force = false, json = false;
 };
 
@@ -75,10 +78,12 @@ int Calc(const CalcOptions& o, std::ostream& out) {
     std::vector<CellEdit> edits;
     for (const std::string& text : o.sets) edits.push_back(ParseCellEdit(text));
     if (!o.ambient.empty()) ParseNumber(o.ambient, "--ambient");
+    if (!o.constraints.empty()) CheckConstraintsFile(o.constraints);
 
-    Session session(o.project);
+    Session session(o.project, "", o.constraints);
     if (!o.estimate.empty()) EnableEstimation(session, o.estimate);
     PC_ENG& engine = session.Engine();
+    const std::vector<std::string> constraintNotes = ConstraintMessages(engine.DrcMessage);
     for (const CellEdit& edit : edits) ApplyCellEdit(engine, edit);
     // A firmware-resilience design's bank 0 follows its ports' mode.
     if (!edits.empty()) engine.PFRTabUpdated();
@@ -89,7 +94,13 @@ int Calc(const CalcOptions& o, std::ostream& out) {
     // until they are cleared.
     engine.DrcMessage.clear();
     engine.DrcErrorCount = 0;
-    const bool rulesHold = engine.Calculate() != 0;
+    // What the constraints file asked and the device can't do was found at
+    // set-up only.
+    for (const std::string& note : constraintNotes) {
+        engine.DrcMessage += note + "\n";
+        ++engine.DrcErrorCount;
+    }
+    const bool rulesHold = engine.Calculate() != 0 && constraintNotes.empty();
 
     Report report = CollectReport(engine, session.Device());
     for (const std::string& tab : o.tabs) report.tabs.push_back(CollectTab(engine, tab));
@@ -229,6 +240,39 @@ int RunPwc(int argc, const char* const* argv, std::ostream& out, std::ostream& e
         ->add_option("--estimate", calc.estimate,
                      "Estimate routing and clock tree: low, Medium or High")
         ->type_name("LEVEL");
+    calcCmd
+        ->add_option("--constraints", calc.constraints,
+                     "Constraints file fixing bank voltages (.lpf, .pad or .prf)")
+        ->type_name("FILE");
+
+    SweepOptions sweep;
+    bool sweepSupply = false, sweepAmbient = false, sweepFrequency = false;
+    CLI::App* sweepCmd = app.add_subcommand(
+        "sweep", "Power against a supply, the ambient or a clock, for both process corners");
+    sweepCmd->add_option("project", sweep.project, "Project file (.pcf, text or binary)")
+        ->type_name("PROJECT")
+        ->required();
+    CLI::Option* bySupply = sweepCmd->add_flag("--supply", sweepSupply, "Sweep a supply's voltage");
+    CLI::Option* byAmbient =
+        sweepCmd->add_flag("--ambient", sweepAmbient, "Sweep the ambient temperature")
+            ->excludes(bySupply);
+    sweepCmd->add_flag("--frequency", sweepFrequency, "Sweep a clock's frequency")
+        ->excludes(bySupply)
+        ->excludes(byAmbient);
+    sweepCmd->add_option("--rail", sweep.rail, "Supply of --supply (default: the project's, Vcc)")
+        ->type_name("NAME");
+    sweepCmd->add_option("--clock", sweep.clock, "Clock of --frequency (default: the first)")
+        ->type_name("NAME");
+    sweepCmd->add_option("--panel", sweep.plotted, "Tab whose power is plotted (default: total)")
+        ->type_name("NAME");
+    sweepCmd->add_option("--from", sweep.from, "Lower limit (V, C or MHz)")->type_name("X");
+    sweepCmd->add_option("--to", sweep.to, "Upper limit")->type_name("Y");
+    sweepCmd->add_option("--step", sweep.step, "Step")->type_name("S");
+    sweepCmd->add_option("-o,--output", sweep.svg, "SVG line chart to write")
+        ->type_name("FILE.svg");
+    sweepCmd->add_option("--csv", sweep.csv, "CSV of the points to write (- : standard output)")
+        ->type_name("FILE");
+    sweepCmd->add_flag("--json", sweep.json, "Print the points as JSON");
 
     FitOptions fit;
     CLI::App* fitCmd =
@@ -317,6 +361,15 @@ int RunPwc(int argc, const char* const* argv, std::ostream& out, std::ostream& e
         }
         RunLogScope log(logPath);
         if (calcCmd->parsed()) return Calc(calc, out);
+        if (sweepCmd->parsed()) {
+            if (sweepSupply + sweepAmbient + sweepFrequency != 1)
+                throw UsageError("sweep needs one of --supply, --ambient, --frequency");
+            sweep.kind = sweepSupply    ? SweepKind::Supply
+                         : sweepAmbient ? SweepKind::Ambient
+                                        : SweepKind::Frequency;
+            sweep.progress = &err == &std::cerr && isatty(STDERR_FILENO);
+            return Sweep(sweep, out);
+        }
         if (reportCmd->parsed()) return WriteReports(reports, out, err);
         if (devicesCmd->parsed()) return Devices(devicesJson, out);
         if (newCmd->parsed()) return New(made, out);

@@ -107,7 +107,10 @@ class Session {
     // the engine (which runs its first calculation).
     // A calculation log path makes the engine log there (and put its
     // equation pages, when switched on, beside it).
-    explicit Session(const std::string& projectPath, const std::string& calcLog = "");
+    // A constraints file (".lpf", ".pad", ".prf") fixes bank voltages; it is
+    // checked by CheckConstraintsFile before the engine is built.
+    explicit Session(const std::string& projectPath, const std::string& calcLog = "",
+                     const std::string& constraints = "");
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -251,6 +254,46 @@ std::string FitJson(const std::vector<FitResult>& results);
 // candidate fits, kExitDesignRule when none does.
 int RunFit(const std::string& project, const std::vector<std::string>& devices,
            const std::vector<std::string>& packages, bool json, std::ostream& out);
+
+// ---- Constraints files and graph sweeps (sweep.cpp) --------------------------
+
+// A UsageError unless the file is of a known kind and can be read: the
+// engine itself ends the process on an unreadable pad report.
+void CheckConstraintsFile(const std::string& path);
+// The messages of the engine's set-up that the constraints file caused.
+std::vector<std::string> ConstraintMessages(const std::string& drcMessage);
+
+enum class SweepKind { Supply, Ambient, Frequency };
+
+struct SweepOptions {
+    std::string project;
+    SweepKind kind = SweepKind::Supply;
+    std::string rail, clock, plotted;  // empty: the project's settings
+    std::string from, to, step;        // empty: the project's settings
+    std::string svg, csv;              // files; "-" as --csv: standard output
+    bool json = false;
+    bool progress = false;  // a progress line on standard error
+};
+
+struct SweepCorner {
+    std::string name;  // "Typical", "Worst"
+    std::vector<std::pair<double, double>> points;
+};
+
+struct SweepResult {
+    SweepKind kind = SweepKind::Supply;
+    std::string xName, xUnit;  // "Vcc", "V"
+    std::string plotted;       // "Total Power" or a tab
+    std::vector<SweepCorner> corners;
+};
+
+// Runs the engine's sweep of one kind (the two others are given empty
+// ranges) and collects the points of both corners.
+SweepResult RunSweep(Session& session, const SweepOptions& options);
+std::string SweepCsv(const SweepResult& result);
+std::string SweepJson(const SweepResult& result);
+std::string SweepSvg(const SweepResult& result);
+int Sweep(const SweepOptions& options, std::ostream& out);
 
 }  // namespace pwchost
 

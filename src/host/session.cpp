@@ -34,7 +34,9 @@ DeviceInfo ReadDeviceInfo(const PD_DATA& project) {
     return info;
 }
 
-Session::Session(const std::string& projectPath, const std::string& calcLog) : path_(projectPath) {
+Session::Session(const std::string& projectPath, const std::string& calcLog,
+                 const std::string& constraints)
+    : path_(projectPath) {
     std::unique_ptr<PD_DATA> project = LoadDataFile(projectPath, "project");
     try {
         device_ = ReadDeviceInfo(*project);
@@ -61,9 +63,9 @@ Session::Session(const std::string& projectPath, const std::string& calcLog) : p
     // named after its file: "<stem>_icc.pio", "<stem>_icc1.pio".
     std::string stem = projectPath.substr(projectPath.find_last_of("/\\") + 1);
     stem = stem.substr(0, stem.rfind('.'));
-    engine_ =
-        std::make_unique<PC_ENG>(array, project.get(), "Calculation", false, "", stem, projectPath,
-                                 "", "", "", nullptr, nullptr, nullptr, "", false, "", calcLog);
+    engine_ = std::make_unique<PC_ENG>(array, project.get(), "Calculation", false, "", stem,
+                                       projectPath, "", "", "", nullptr, nullptr, nullptr, "",
+                                       false, constraints, calcLog);
     project_ = project.release();
 }
 
