@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <cmath>
 #include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -12,6 +13,7 @@
 
 #include "engine_fixture.h"
 #include "host.h"
+#include "svg_chart.h"
 
 namespace {
 
@@ -210,6 +212,29 @@ TEST_F(SweepCommand, CsvOfASupplySweepStopsAboveTheLowerLimit) {
     std::vector<std::string> xs;
     for (std::string line; std::getline(in, line);) xs.push_back(line.substr(0, line.find(',')));
     EXPECT_EQ(xs, (std::vector<std::string>{"1.26", "1.21", "1.16"}));
+}
+
+TEST_F(SweepCommand, TheDefaultStepKeepsTheLowerEndOfARangeItDivides) {
+    // 0.144 / 0.024 falls just short of 6 in doubles.
+    const PwcRun run =
+        Pwc({"sweep", kDemo, "--supply", "--from", "1.116", "--to", "1.26", "--json"});
+    ASSERT_EQ(run.code, 0) << run.err;
+    const Json j = Json::parse(run.out);
+    for (const Json& c : j["corners"]) EXPECT_EQ(c["points"].size(), 7u) << c["name"];
+}
+
+TEST(ChartTicks, FlatOrUnreadableDataStillGivesAFewTicks) {
+    const double half = 0.5, next = std::nextafter(0.5, 1.0);
+    const std::vector<double> flat = pwchost::NiceTicks(half, next, 6);
+    EXPECT_GE(flat.size(), 2u);
+    EXPECT_LT(flat.size(), 64u);
+    EXPECT_LE(flat.front(), half);
+    EXPECT_GE(flat.back(), next);
+    EXPECT_GE(pwchost::NiceTicks(NAN, NAN, 6).size(), 2u);
+
+    pwchost::LineChart chart;
+    chart.series.push_back({"Typical", "#000", {{1.0, NAN}, {2.0, INFINITY}}});
+    EXPECT_NE(pwchost::RenderSvg(chart).find("<svg"), std::string::npos);
 }
 
 TEST_F(SweepCommand, FrequencyOfOneClockAsATable) {

@@ -58,8 +58,15 @@ std::string XmlEscape(const std::string& text) {
 }
 
 std::vector<double> NiceTicks(double low, double high, int wanted) {
-    if (!(high > low)) {
-        const double pad = low == 0.0 ? 1.0 : std::fabs(low) * 0.1;
+    if (!std::isfinite(low) || !std::isfinite(high)) {
+        low = 0.0;
+        high = 1.0;
+    }
+    // A spread too narrow to step through is widened, so that every tick
+    // stands apart from the last.
+    const double least = (std::fabs(low) + std::fabs(high)) * 1e-9;
+    if (!(high - low > least)) {
+        const double pad = std::max(low == 0.0 ? 1.0 : std::fabs(low) * 0.1, least);
         low -= pad;
         high += pad;
     }
@@ -72,10 +79,12 @@ std::vector<double> NiceTicks(double low, double high, int wanted) {
             break;
         }
     std::vector<double> ticks;
-    for (double t = std::floor(low / step) * step; t <= high + step * 0.5; t += step)
+    const double first = std::floor(low / step) * step;
+    for (int k = 0; k < 64; ++k) {
+        const double t = first + k * step;
         ticks.push_back(t);
-    // The last tick reaches past the data.
-    if (ticks.back() < high) ticks.push_back(ticks.back() + step);
+        if (t >= high) break;  // the last tick reaches past the data
+    }
     return ticks;
 }
 
@@ -83,6 +92,7 @@ std::string RenderSvg(const LineChart& chart) {
     double xMin = INFINITY, xMax = -INFINITY, yMin = INFINITY, yMax = -INFINITY;
     for (const ChartSeries& s : chart.series)
         for (const auto& [x, y] : s.points) {
+            if (!std::isfinite(x) || !std::isfinite(y)) continue;
             xMin = std::min(xMin, x);
             xMax = std::max(xMax, x);
             yMin = std::min(yMin, y);

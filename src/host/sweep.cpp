@@ -142,6 +142,8 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
     auto [from, to, step] = SweepRange(o);
 
     // The limits the user gave; the others stay as the project has them.
+    // The engine's defaults first, so that the step below is the one used.
+    e.SetGraphDefaults();
     auto limits = [&](double& lower, double& upper, double& resolution) {
         if (!o.step.empty()) resolution = step;
         // The engine truncates the count: a range the step divides is
@@ -151,9 +153,11 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
         if (!o.to.empty()) upper = EngineLimit(to, false);
     };
     // Lower above upper by more than a step: the engine skips the sweep.
-    auto skip = [](double& lower, double& upper) {
+    // A positive step of its own, whatever the project holds, keeps it so.
+    auto skip = [](double& lower, double& upper, double& resolution) {
         lower = 1e6;
         upper = -1e6;
+        resolution = 1.0;
     };
 
     SweepResult r;
@@ -174,8 +178,8 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
             e.SectionX = rail;
             if (!o.plotted.empty()) e.SectionY = o.plotted;
             limits(e.SectionLowerLimit, e.SectionUpperLimit, e.SectionResolution);
-            skip(e.TempAmbLowerLimit, e.TempAmbUpperLimit);
-            skip(e.FreqLowerLimit, e.FreqUpperLimit);
+            skip(e.TempAmbLowerLimit, e.TempAmbUpperLimit, e.TempAmbResolution);
+            skip(e.FreqLowerLimit, e.FreqUpperLimit, e.FreqAmbResolution);
             r.xName = rail;
             r.xUnit = "V";
             typical = &e.SectionTypical;
@@ -190,8 +194,8 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
             else if (e.TempAmbY != "Total Power" && e.GetPanelIndex(e.TempAmbY) < 0)
                 e.TempAmbY = "Total Power";
             limits(e.TempAmbLowerLimit, e.TempAmbUpperLimit, e.TempAmbResolution);
-            skip(e.SectionLowerLimit, e.SectionUpperLimit);
-            skip(e.FreqLowerLimit, e.FreqUpperLimit);
+            skip(e.SectionLowerLimit, e.SectionUpperLimit, e.SectionResolution);
+            skip(e.FreqLowerLimit, e.FreqUpperLimit, e.FreqAmbResolution);
             r.xName = "Ambient";
             r.xUnit = "C";
             typical = &e.TempAmbTypical;
@@ -211,8 +215,8 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
             e.FreqX = clock;
             if (!o.plotted.empty()) e.FreqY = o.plotted;
             limits(e.FreqLowerLimit, e.FreqUpperLimit, e.FreqAmbResolution);
-            skip(e.SectionLowerLimit, e.SectionUpperLimit);
-            skip(e.TempAmbLowerLimit, e.TempAmbUpperLimit);
+            skip(e.SectionLowerLimit, e.SectionUpperLimit, e.SectionResolution);
+            skip(e.TempAmbLowerLimit, e.TempAmbUpperLimit, e.TempAmbResolution);
             r.xName = clock;
             r.xUnit = "MHz";
             typical = &e.FreqTypical;
