@@ -1,6 +1,7 @@
 // The MIPI D-PHY and ASC tabs, and their share of the summary.
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <string>
 
 #include "engine_fixture.h"
@@ -103,7 +104,7 @@ TEST(MipiDphy, AModeNeitherTxNorRxSwitchesNothing) {
 struct CopyCase {
     const char* package;
     const char* id;
-    const char* filled;  // copy digit written
+    const char* filled;  // copy digit written; "" for the bare names
     const char* other;   // the other copy's digit; null: the package has one
 };
 
@@ -118,25 +119,35 @@ TEST_P(MipiCopies, TheIdChoosesTheCopy) {
         for (const char* kind : {"Dyn. ", "Leakage ", "DCbias "}) {
             const std::string filled = std::string(kind) + tag + c.filled + " Pwr (W)";
             EXPECT_GT(Cell(e.rows, 0, filled), 0.0) << filled;
-            const std::string other =
-                std::string(kind) + tag + (c.other ? c.other : "1") + " Pwr (W)";
-            const int col = e.rows->GetColumnIndex(other.c_str());
             if (!c.other) {
-                EXPECT_LT(col, 0) << other;
+                // One copy: no digit forms at all.
+                for (const char* digit : {"0", "1"}) {
+                    const std::string named = std::string(kind) + tag + digit + " Pwr (W)";
+                    EXPECT_LT(e.rows->GetColumnIndex(named.c_str()), 0) << named;
+                }
                 continue;
             }
-            EXPECT_STREQ(e.rows->GetValueAt(0, col), "0.000000") << other;
+            const std::string other = std::string(kind) + tag + c.other + " Pwr (W)";
+            EXPECT_STREQ(e.rows->GetValueAt(0, e.rows->GetColumnIndex(other.c_str())), "0.000000")
+                << other;
+            const std::string bare = std::string(kind) + tag + " Pwr (W)";
+            EXPECT_LT(e.rows->GetColumnIndex(bare.c_str()), 0) << bare;
         }
     }
-    // The summary has a supply row per copy.
-    EXPECT_EQ(e.eng->HasSupply("Vcc_dphy1"), c.other != nullptr);
+    // The summary has a supply row per copy, or one bare row per supply.
+    for (const char* row : {"Vcc_dphy", "Vcca_dphy", "Vccpll_dphy"}) {
+        const std::string name = row;
+        EXPECT_EQ(e.eng->HasSupply(name), c.other == nullptr) << name;
+        EXPECT_EQ(e.eng->HasSupply(name + "0"), c.other != nullptr) << name;
+        EXPECT_EQ(e.eng->HasSupply(name + "1"), c.other != nullptr) << name;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Packages, MipiCopies,
                          ::testing::Values(CopyCase{"CSFBGA121", "DPHY0", "0", "1"},
                                            CopyCase{"CSFBGA121", "DPHY1", "1", "0"},
                                            CopyCase{"CSFBGA121", "1", "1", "0"},
-                                           CopyCase{"CKFBGA80", "DPHY1", "0", nullptr}));
+                                           CopyCase{"CKFBGA80", "DPHY1", "", nullptr}));
 
 class MipiTotals : public ::testing::TestWithParam<const char*> {};
 
@@ -150,12 +161,27 @@ TEST_P(MipiTotals, TheBlockAndItsSuppliesAddUp) {
     const double tab = Num(pwctest::TotalTable(*e.eng, "MIPIDPHY")->GetValueAt(0, 1));
     EXPECT_GT(block, 0.0);
     EXPECT_NEAR(block, tab, 1e-6);
+    // Each supply row holds exactly its columns: the items' and the unused.
+    PD_TABLE* total = pwctest::TotalTable(*e.eng, "MIPIDPHY");
     double supplies = 0.0;
+    int rows = 0;
     for (const char* row : {"Vcc_dphy", "Vcca_dphy", "Vccpll_dphy"})
-        for (const char* copy : {"0", "1"}) {
+        for (const char* copy : {"", "0", "1"}) {
             const std::string name = std::string(row) + copy;
-            if (e.eng->HasSupply(name)) supplies += PowerRow(*e.eng, name, 2);
+            if (!e.eng->HasSupply(name)) continue;
+            ++rows;
+            std::string tag = std::string(row) + copy;
+            for (char& ch : tag) ch = static_cast<char>(toupper(ch));
+            double columns = Cell(total, 0, "Unused Leakage " + tag + " Pwr (W)") +
+                             Cell(total, 0, "Unused DCbias " + tag + " Pwr (W)");
+            for (int r = 0; r < e.rows->GetNumOfRows(); ++r)
+                for (const char* kind : {"Dyn. ", "Leakage ", "DCbias "})
+                    columns += Cell(e.rows, r, kind + tag + " Pwr (W)");
+            EXPECT_GT(columns, 0.0) << name;
+            EXPECT_NEAR(PowerRow(*e.eng, name, 2), columns, 1e-5) << name;
+            supplies += PowerRow(*e.eng, name, 2);
         }
+    EXPECT_EQ(rows, std::string(GetParam()) == "CKFBGA80" ? 3 : 6);
     EXPECT_NEAR(supplies, block, 1e-5);
     EXPECT_NEAR(Num(e.eng->GetTotalPower()), block + BlockRow(*e.eng, "Logic Block"), 1e-5);
     const int last = e.eng->GetPowerTable()->GetNumOfRows() - 1;
