@@ -278,3 +278,28 @@ TEST(Asc, AnExternalRailIsAddedOnceAndReachesTheSummary) {
     EXPECT_NEAR(Num(a.eng->GetPowerTable()->GetValueAt(last, 2)), Num(a.eng->GetTotalPower()),
                 1e-5);
 }
+
+// Only "EXT" makes a rail; another type runs at its own "VCC" but has no row
+// of its own, so its power joins the core supply's.
+TEST(Asc, OnlyExtMakesARail) {
+    AscEngine a({{"A0", "ext", "3.300", "1", "0"},
+                 {"A1", "", "2.500", "1", "0"},
+                 {"A2", "INT", "1.800", "1", "0"}},
+                "0.001 + Channels * 0.001");
+    EXPECT_FALSE(a.eng->HasSupply("ASCVCC 3.300"));
+    EXPECT_FALSE(a.eng->HasSupply("ASCVCC 2.500"));
+    PD_TABLE* vdpm = a.eng->GetSupplyTable();
+    for (int r = 0; r < vdpm->GetNumOfRows(); ++r)
+        EXPECT_NE(std::string(vdpm->GetValueAt(r, 0)).rfind("ASCVCC", 0), 0u)
+            << vdpm->GetValueAt(r, 0);
+    const double vcc = a.eng->GetSupply("Vcc");
+    EXPECT_NEAR(Cell(a.Rows(), 0, "VCC Pwr (W)"), 0.002 * 3.3, 1e-12);
+    EXPECT_NEAR(Cell(a.Rows(), 1, "VCC Pwr (W)"), 0.002 * 2.5, 1e-12);
+    EXPECT_NEAR(Cell(a.Rows(), 2, "VCC Pwr (W)"), 0.002 * vcc, 1e-12);
+    const double block = BlockRow(*a.eng, "ASC");
+    EXPECT_NEAR(block, 0.002 * (3.3 + 2.5 + vcc), 1e-6);
+    EXPECT_NEAR(a.eng->GetStaTable("Vcc", "ASC", a.eng->GetPowerMatrix()), block, 1e-6);
+    const int last = a.eng->GetPowerTable()->GetNumOfRows() - 1;
+    EXPECT_NEAR(Num(a.eng->GetPowerTable()->GetValueAt(last, 2)), Num(a.eng->GetTotalPower()),
+                1e-5);
+}
