@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "engine_fixture.h"
@@ -299,6 +302,62 @@ TEST(Asc, OnlyExtMakesARail) {
     const double block = BlockRow(*a.eng, "ASC");
     EXPECT_NEAR(block, 0.002 * (3.3 + 2.5 + vcc), 1e-6);
     EXPECT_NEAR(a.eng->GetStaTable("Vcc", "ASC", a.eng->GetPowerMatrix()), block, 1e-6);
+    const int last = a.eng->GetPowerTable()->GetNumOfRows() - 1;
+    EXPECT_NEAR(Num(a.eng->GetPowerTable()->GetValueAt(last, 2)), Num(a.eng->GetTotalPower()),
+                1e-5);
+}
+
+namespace {
+
+// The category part with an ASC tab: a copy of the sample data whose tab
+// templates gain one, and a project that fills it.
+struct CategoryAscEngine {
+    pwctest::ScratchDir dir{"category_asc"};
+    std::string oldDataDir = std::getenv("PWC_DATA_DIR") ? std::getenv("PWC_DATA_DIR") : "";
+    pwctest::DeviceStrings d;
+    std::unique_ptr<PD_DATA> project;
+    std::unique_ptr<PC_ENG> eng;
+
+    CategoryAscEngine() {
+        std::filesystem::copy(pwctest::DevicesDir(), dir.path());
+        std::ofstream(dir.File("wd7r00.pgt"), std::ios::app)
+            << "\n[KEYSECT \"Tab ASC\"]\n_TABLE = ASC\n\n"
+               "[TBLSECT \"ASC\"]\nTag, Rail, VCCTYPE, VCC, Channels\n"
+               "_KEY, Rail, VCCTYPE, VCC, Channels\n_DEFAULT, ASC0, INT, 1.200, 1\n"
+               "_VISIBILITY, 1, 1, 1, 1\n_WIDTH, 90, 70, 60, 60\n";
+        std::ofstream(dir.File("wd7r00.pcf"), std::ios::app)
+            << "\n[TBLSECT \"ASC\"]\nRail, VCCTYPE, VCC, Channels\nA0, INT, 1.200, 2\n"
+               "A1, INT, 1.200, 4\n\n[KEYSECT \"ASC CURRENT\"]\nCURRENT = Channels * 0.001\n";
+        setenv("PWC_DATA_DIR", dir.path().c_str(), 1);
+        project = pwctest::LoadProject(dir.File("wd7r00.pcf"));
+        d.arch = "wd7r00";
+        d.family = "Dunmar";
+        d.device = "WRD-1200R";
+        d.package = "CABGA256";
+        d.speed = "2";
+        d.part = "WRD-1200R";
+        eng = pwctest::MakeEngine(d, project.get());
+        eng->Calculate();
+    }
+    ~CategoryAscEngine() { setenv("PWC_DATA_DIR", oldDataDir.c_str(), 1); }
+};
+
+}  // namespace
+
+// On the part with supply categories the rails on the core supply land where
+// the other blocks' core power does.
+TEST(Asc, CoreRailsFollowTheSupplyCategory) {
+    CategoryAscEngine a;
+    ASSERT_TRUE(a.eng->GetASCcalculator());
+    const std::string core = a.eng->FindSupplyCategory("Vcc", "-1");
+    const double vcc = Num(a.eng->GetVDPM(core, "Voltage"));
+    ASSERT_GT(vcc, 0.0);
+    const double block = BlockRow(*a.eng, "ASC");
+    EXPECT_NEAR(block, 0.006 * vcc, 1e-6);
+    EXPECT_NEAR(a.eng->GetStaTable(core, "ASC", a.eng->GetPowerMatrix()), block, 1e-9);
+    // Its power is in the core category's row and so in the summary's total.
+    const double logic = a.eng->GetStaTable(core, "Logic Block", a.eng->GetPowerMatrix());
+    EXPECT_GE(PowerRow(*a.eng, core, 0) + PowerRow(*a.eng, core, 1), block + logic - 1e-6);
     const int last = a.eng->GetPowerTable()->GetNumOfRows() - 1;
     EXPECT_NEAR(Num(a.eng->GetPowerTable()->GetValueAt(last, 2)), Num(a.eng->GetTotalPower()),
                 1e-5);

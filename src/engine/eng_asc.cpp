@@ -142,13 +142,14 @@ double PC_ENG::GetASCcurrentAndPower(std::map<std::string, double>& rails) {
     const int powerCol = items->GetColumnIndex(kPowerColumn);
     const int typeCol = items->GetColumnIndex("VCCTYPE");
     const int voltCol = items->GetColumnIndex("VCC");
-    // A row without a rail of its own (not "EXT", or made "EXT" after set-up)
-    // is counted on the core supply rather than lost.
+    // A row without a summary row of its own (not "EXT", made "EXT" after
+    // set-up, or on a part whose summary rows are its categories) is counted
+    // on the core supply rather than lost.
     double onVcc = 0.0;
     for (int r = 0; r < items->GetNumOfRows(); ++r) {
         const double watts = Num(items->GetValueAt(r, powerCol));
         const std::string rail = RailName(items->GetValueAt(r, voltCol));
-        if (IsExternalRail(items->GetValueAt(r, typeCol)) && ascRails.count(rail))
+        if (IsExternalRail(items->GetValueAt(r, typeCol)) && HasSupply(rail))
             rails[rail] += watts;
         else
             onVcc += watts;

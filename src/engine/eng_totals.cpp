@@ -295,7 +295,7 @@ void PC_ENG::FoldTotals(bool category) {
     if (AscPanel()) {
         std::map<std::string, double> ascRails;
         const double onVcc = GetASCcurrentAndPower(ascRails);
-        ascRails["Vcc"] += onVcc;
+        ascRails[category ? FindSupplyCategory("Vcc", "-1") : std::string("Vcc")] += onVcc;
         for (const auto& [row, watts] : ascRails) {
             supplyPower[row].sta += watts;
             perBlock[row]["ASC"] += watts;
