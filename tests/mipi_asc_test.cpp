@@ -1,6 +1,10 @@
 // The MIPI D-PHY and ASC tabs, and their share of the summary.
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "engine_fixture.h"
@@ -103,7 +107,7 @@ TEST(MipiDphy, AModeNeitherTxNorRxSwitchesNothing) {
 struct CopyCase {
     const char* package;
     const char* id;
-    const char* filled;  // copy digit written
+    const char* filled;  // copy digit written; "" for the bare names
     const char* other;   // the other copy's digit; null: the package has one
 };
 
@@ -118,25 +122,35 @@ TEST_P(MipiCopies, TheIdChoosesTheCopy) {
         for (const char* kind : {"Dyn. ", "Leakage ", "DCbias "}) {
             const std::string filled = std::string(kind) + tag + c.filled + " Pwr (W)";
             EXPECT_GT(Cell(e.rows, 0, filled), 0.0) << filled;
-            const std::string other =
-                std::string(kind) + tag + (c.other ? c.other : "1") + " Pwr (W)";
-            const int col = e.rows->GetColumnIndex(other.c_str());
             if (!c.other) {
-                EXPECT_LT(col, 0) << other;
+                // One copy: no digit forms at all.
+                for (const char* digit : {"0", "1"}) {
+                    const std::string named = std::string(kind) + tag + digit + " Pwr (W)";
+                    EXPECT_LT(e.rows->GetColumnIndex(named.c_str()), 0) << named;
+                }
                 continue;
             }
-            EXPECT_STREQ(e.rows->GetValueAt(0, col), "0.000000") << other;
+            const std::string other = std::string(kind) + tag + c.other + " Pwr (W)";
+            EXPECT_STREQ(e.rows->GetValueAt(0, e.rows->GetColumnIndex(other.c_str())), "0.000000")
+                << other;
+            const std::string bare = std::string(kind) + tag + " Pwr (W)";
+            EXPECT_LT(e.rows->GetColumnIndex(bare.c_str()), 0) << bare;
         }
     }
-    // The summary has a supply row per copy.
-    EXPECT_EQ(e.eng->HasSupply("Vcc_dphy1"), c.other != nullptr);
+    // The summary has a supply row per copy, or one bare row per supply.
+    for (const char* row : {"Vcc_dphy", "Vcca_dphy", "Vccpll_dphy"}) {
+        const std::string name = row;
+        EXPECT_EQ(e.eng->HasSupply(name), c.other == nullptr) << name;
+        EXPECT_EQ(e.eng->HasSupply(name + "0"), c.other != nullptr) << name;
+        EXPECT_EQ(e.eng->HasSupply(name + "1"), c.other != nullptr) << name;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Packages, MipiCopies,
                          ::testing::Values(CopyCase{"CSFBGA121", "DPHY0", "0", "1"},
                                            CopyCase{"CSFBGA121", "DPHY1", "1", "0"},
                                            CopyCase{"CSFBGA121", "1", "1", "0"},
-                                           CopyCase{"CKFBGA80", "DPHY1", "0", nullptr}));
+                                           CopyCase{"CKFBGA80", "DPHY1", "", nullptr}));
 
 class MipiTotals : public ::testing::TestWithParam<const char*> {};
 
@@ -150,12 +164,27 @@ TEST_P(MipiTotals, TheBlockAndItsSuppliesAddUp) {
     const double tab = Num(pwctest::TotalTable(*e.eng, "MIPIDPHY")->GetValueAt(0, 1));
     EXPECT_GT(block, 0.0);
     EXPECT_NEAR(block, tab, 1e-6);
+    // Each supply row holds exactly its columns: the items' and the unused.
+    PD_TABLE* total = pwctest::TotalTable(*e.eng, "MIPIDPHY");
     double supplies = 0.0;
+    int rows = 0;
     for (const char* row : {"Vcc_dphy", "Vcca_dphy", "Vccpll_dphy"})
-        for (const char* copy : {"0", "1"}) {
+        for (const char* copy : {"", "0", "1"}) {
             const std::string name = std::string(row) + copy;
-            if (e.eng->HasSupply(name)) supplies += PowerRow(*e.eng, name, 2);
+            if (!e.eng->HasSupply(name)) continue;
+            ++rows;
+            std::string tag = std::string(row) + copy;
+            for (char& ch : tag) ch = static_cast<char>(toupper(ch));
+            double columns = Cell(total, 0, "Unused Leakage " + tag + " Pwr (W)") +
+                             Cell(total, 0, "Unused DCbias " + tag + " Pwr (W)");
+            for (int r = 0; r < e.rows->GetNumOfRows(); ++r)
+                for (const char* kind : {"Dyn. ", "Leakage ", "DCbias "})
+                    columns += Cell(e.rows, r, kind + tag + " Pwr (W)");
+            EXPECT_GT(columns, 0.0) << name;
+            EXPECT_NEAR(PowerRow(*e.eng, name, 2), columns, 1e-5) << name;
+            supplies += PowerRow(*e.eng, name, 2);
         }
+    EXPECT_EQ(rows, std::string(GetParam()) == "CKFBGA80" ? 3 : 6);
     EXPECT_NEAR(supplies, block, 1e-5);
     EXPECT_NEAR(Num(e.eng->GetTotalPower()), block + BlockRow(*e.eng, "Logic Block"), 1e-5);
     const int last = e.eng->GetPowerTable()->GetNumOfRows() - 1;
@@ -248,6 +277,87 @@ TEST(Asc, AnExternalRailIsAddedOnceAndReachesTheSummary) {
     EXPECT_NEAR(a.eng->GetStaTable("ASCVCC 3.300", "ASC", a.eng->GetPowerMatrix()), 0.006 * 3.3,
                 1e-6);
     // The supplies' total is the blocks' total.
+    const int last = a.eng->GetPowerTable()->GetNumOfRows() - 1;
+    EXPECT_NEAR(Num(a.eng->GetPowerTable()->GetValueAt(last, 2)), Num(a.eng->GetTotalPower()),
+                1e-5);
+}
+
+// Only "EXT" makes a rail; another type runs at its own "VCC" but has no row
+// of its own, so its power joins the core supply's.
+TEST(Asc, OnlyExtMakesARail) {
+    AscEngine a({{"A0", "ext", "3.300", "1", "0"},
+                 {"A1", "", "2.500", "1", "0"},
+                 {"A2", "INT", "1.800", "1", "0"}},
+                "0.001 + Channels * 0.001");
+    EXPECT_FALSE(a.eng->HasSupply("ASCVCC 3.300"));
+    EXPECT_FALSE(a.eng->HasSupply("ASCVCC 2.500"));
+    PD_TABLE* vdpm = a.eng->GetSupplyTable();
+    for (int r = 0; r < vdpm->GetNumOfRows(); ++r)
+        EXPECT_NE(std::string(vdpm->GetValueAt(r, 0)).rfind("ASCVCC", 0), 0u)
+            << vdpm->GetValueAt(r, 0);
+    const double vcc = a.eng->GetSupply("Vcc");
+    EXPECT_NEAR(Cell(a.Rows(), 0, "VCC Pwr (W)"), 0.002 * 3.3, 1e-12);
+    EXPECT_NEAR(Cell(a.Rows(), 1, "VCC Pwr (W)"), 0.002 * 2.5, 1e-12);
+    EXPECT_NEAR(Cell(a.Rows(), 2, "VCC Pwr (W)"), 0.002 * vcc, 1e-12);
+    const double block = BlockRow(*a.eng, "ASC");
+    EXPECT_NEAR(block, 0.002 * (3.3 + 2.5 + vcc), 1e-6);
+    EXPECT_NEAR(a.eng->GetStaTable("Vcc", "ASC", a.eng->GetPowerMatrix()), block, 1e-6);
+    const int last = a.eng->GetPowerTable()->GetNumOfRows() - 1;
+    EXPECT_NEAR(Num(a.eng->GetPowerTable()->GetValueAt(last, 2)), Num(a.eng->GetTotalPower()),
+                1e-5);
+}
+
+namespace {
+
+// The category part with an ASC tab: a copy of the sample data whose tab
+// templates gain one, and a project that fills it.
+struct CategoryAscEngine {
+    pwctest::ScratchDir dir{"category_asc"};
+    std::string oldDataDir = std::getenv("PWC_DATA_DIR") ? std::getenv("PWC_DATA_DIR") : "";
+    pwctest::DeviceStrings d;
+    std::unique_ptr<PD_DATA> project;
+    std::unique_ptr<PC_ENG> eng;
+
+    CategoryAscEngine() {
+        std::filesystem::copy(pwctest::DevicesDir(), dir.path());
+        std::ofstream(dir.File("wd7r00.pgt"), std::ios::app)
+            << "\n[KEYSECT \"Tab ASC\"]\n_TABLE = ASC\n\n"
+               "[TBLSECT \"ASC\"]\nTag, Rail, VCCTYPE, VCC, Channels\n"
+               "_KEY, Rail, VCCTYPE, VCC, Channels\n_DEFAULT, ASC0, INT, 1.200, 1\n"
+               "_VISIBILITY, 1, 1, 1, 1\n_WIDTH, 90, 70, 60, 60\n";
+        std::ofstream(dir.File("wd7r00.pcf"), std::ios::app)
+            << "\n[TBLSECT \"ASC\"]\nRail, VCCTYPE, VCC, Channels\nA0, INT, 1.200, 2\n"
+               "A1, INT, 1.200, 4\n\n[KEYSECT \"ASC CURRENT\"]\nCURRENT = Channels * 0.001\n";
+        setenv("PWC_DATA_DIR", dir.path().c_str(), 1);
+        project = pwctest::LoadProject(dir.File("wd7r00.pcf"));
+        d.arch = "wd7r00";
+        d.family = "Dunmar";
+        d.device = "WRD-1200R";
+        d.package = "CABGA256";
+        d.speed = "2";
+        d.part = "WRD-1200R";
+        eng = pwctest::MakeEngine(d, project.get());
+        eng->Calculate();
+    }
+    ~CategoryAscEngine() { setenv("PWC_DATA_DIR", oldDataDir.c_str(), 1); }
+};
+
+}  // namespace
+
+// On the part with supply categories the rails on the core supply land where
+// the other blocks' core power does.
+TEST(Asc, CoreRailsFollowTheSupplyCategory) {
+    CategoryAscEngine a;
+    ASSERT_TRUE(a.eng->GetASCcalculator());
+    const std::string core = a.eng->FindSupplyCategory("Vcc", "-1");
+    const double vcc = Num(a.eng->GetVDPM(core, "Voltage"));
+    ASSERT_GT(vcc, 0.0);
+    const double block = BlockRow(*a.eng, "ASC");
+    EXPECT_NEAR(block, 0.006 * vcc, 1e-6);
+    EXPECT_NEAR(a.eng->GetStaTable(core, "ASC", a.eng->GetPowerMatrix()), block, 1e-9);
+    // Its power is in the core category's row and so in the summary's total.
+    const double logic = a.eng->GetStaTable(core, "Logic Block", a.eng->GetPowerMatrix());
+    EXPECT_GE(PowerRow(*a.eng, core, 0) + PowerRow(*a.eng, core, 1), block + logic - 1e-6);
     const int last = a.eng->GetPowerTable()->GetNumOfRows() - 1;
     EXPECT_NEAR(Num(a.eng->GetPowerTable()->GetValueAt(last, 2)), Num(a.eng->GetTotalPower()),
                 1e-5);

@@ -1586,7 +1586,7 @@ class PC_ENG {
                                 const std::string& supply);
 
     // ---- MIPI D-PHY tab (eng_mipi.cpp) -------------------------------------
-    // One copy of the supplies, or two ("0" and "1") by package; a row's
+    // One copy of the supplies (bare names), or two ("0" and "1") by package; a row's
     // "MIPIDPHY Id." chooses its copy by its last digit.
     void MIPIDPHYCalculation();
     bool MipiRowOnCopy(const char* copy, const Row& names, const Row& values);

@@ -18,8 +18,14 @@ namespace {
 const char* const kPanel = "ASC";
 const char* const kPowerColumn = "VCC Pwr (W)";
 
-bool IsExternal(const std::string& type) {
+// Only "INT" runs at the core voltage; a row of any other type at its own.
+bool UsesOwnVoltage(const std::string& type) {
     return type != "INT";
+}
+
+// Only "EXT" rows make rails of their own.
+bool IsExternalRail(const std::string& type) {
+    return type == "EXT";
 }
 
 // "ASCVCC 3.300": the summary row of an external rail.
@@ -93,7 +99,7 @@ void PC_ENG::ASCCalculation() {
     double sum = 0.0;
     for (int row = 0; row < items->GetNumOfRows(); ++row) {
         const Row values = GetArrayOfColumnValuesASC(items, row);
-        const double volts = IsExternal(items->GetValueAt(row, typeCol))
+        const double volts = UsesOwnVoltage(items->GetValueAt(row, typeCol))
                                  ? Num(items->GetValueAt(row, voltCol))
                                  : vcc;
         const double current = ProcessAscVcc(names, values);
@@ -116,7 +122,7 @@ void PC_ENG::setupASCsupply() {
     const int typeCol = items->GetColumnIndex("VCCTYPE");
     const int voltCol = items->GetColumnIndex("VCC");
     for (int r = 0; r < items->GetNumOfRows(); ++r) {
-        if (!IsExternal(items->GetValueAt(r, typeCol))) continue;
+        if (!IsExternalRail(items->GetValueAt(r, typeCol))) continue;
         const std::string rail = RailName(items->GetValueAt(r, voltCol));
         if (!ascRails.insert(rail).second) continue;
         vdpm->AddRow({rail, rail.substr(7), "1.00"});
@@ -136,11 +142,15 @@ double PC_ENG::GetASCcurrentAndPower(std::map<std::string, double>& rails) {
     const int powerCol = items->GetColumnIndex(kPowerColumn);
     const int typeCol = items->GetColumnIndex("VCCTYPE");
     const int voltCol = items->GetColumnIndex("VCC");
+    // A row without a summary row of its own (not "EXT", made "EXT" after
+    // set-up, or on a part whose summary rows are its categories) is counted
+    // on the core supply rather than lost.
     double onVcc = 0.0;
     for (int r = 0; r < items->GetNumOfRows(); ++r) {
         const double watts = Num(items->GetValueAt(r, powerCol));
-        if (IsExternal(items->GetValueAt(r, typeCol)))
-            rails[RailName(items->GetValueAt(r, voltCol))] += watts;
+        const std::string rail = RailName(items->GetValueAt(r, voltCol));
+        if (IsExternalRail(items->GetValueAt(r, typeCol)) && HasSupply(rail))
+            rails[rail] += watts;
         else
             onVcc += watts;
     }

@@ -14,7 +14,7 @@ namespace {
 
 const char* const kPanel = "MIPIDPHY";
 
-// One supply group: its `.pwr` name, its summary row less the copy digit,
+// One supply group: its `.pwr` name, its summary row without a copy digit,
 // and the log texts of its three row powers and its unused powers.
 struct MipiGroup {
     const char* supply;
@@ -43,14 +43,16 @@ const MipiGroup kGroups[] = {
      "PowerBiasMIPIunusedVccplldphy = IccBiaaMIPIunused * vccplldphy = "},
 };
 
-const char* const kCopies[] = {"0", "1"};
+// The two copies' digits, then the bare names of a single-copy package.
+const char* const kCopies[] = {"0", "1", ""};
+constexpr int kSingle = 2;
 
-// The passes of both copies; a pass of the second copy runs only where the
-// summary has its supply. Column and row names live as long as the passes.
+// The passes of each copy form; a package runs the single form or both digit
+// forms. Column and row names live as long as the passes.
 struct MipiPasses {
     std::deque<std::string> texts;
-    std::vector<PC_ENG::SupplyPass> rows[2];
-    std::vector<PC_ENG::UnusedPass> unused[2];
+    std::vector<PC_ENG::SupplyPass> rows[3];
+    std::vector<PC_ENG::UnusedPass> unused[3];
 
     const char* Keep(std::string text) {
         texts.push_back(std::move(text));
@@ -58,7 +60,7 @@ struct MipiPasses {
     }
 
     MipiPasses() {
-        for (int copy = 0; copy < 2; ++copy) {
+        for (int copy = 0; copy < 3; ++copy) {
             for (const MipiGroup& g : kGroups) {
                 const std::string tag = std::string(g.supply) + kCopies[copy];
                 const char* voltage = Keep(std::string(g.row) + kCopies[copy]);
@@ -115,14 +117,20 @@ void PC_ENG::MIPIDPHYCalculation() {
     PD_TABLE* total = panel->GetTable(panel->GetNumOfTables() - 1);
     ModelCacheScope cacheScope(caches);
     const MipiPasses& p = Passes();
+    if (IsSingleDphyPackage(PackageName())) {
+        RunFrameRows(kPanel, items, p.rows[kSingle], PlainDyn::SumPasses);
+        RunFrameUnused(kPanel, total, &PC_ENG::GetArrayOfColumnUnusedNamesMIPI,
+                       &PC_ENG::GetArrayOfColumnUnusedValuesMIPI, p.unused[kSingle]);
+        FrameTotals({{items, &p.rows[kSingle]}}, total);
+        return;
+    }
     std::vector<SupplyPass> rowPasses = p.rows[0];
     rowPasses.insert(rowPasses.end(), p.rows[1].begin(), p.rows[1].end());
     RunFrameRows(kPanel, items, rowPasses, PlainDyn::SumPasses);
     RunFrameUnused(kPanel, total, &PC_ENG::GetArrayOfColumnUnusedNamesMIPI,
                    &PC_ENG::GetArrayOfColumnUnusedValuesMIPI, p.unused[0]);
-    if (!IsSingleDphyPackage(PackageName()))
-        RunFrameUnused(kPanel, total, &PC_ENG::GetArrayOfColumnUnusedNamesMIPI,
-                       &PC_ENG::GetArrayOfColumnUnusedValuesMIPI1, p.unused[1]);
+    RunFrameUnused(kPanel, total, &PC_ENG::GetArrayOfColumnUnusedNamesMIPI,
+                   &PC_ENG::GetArrayOfColumnUnusedValuesMIPI1, p.unused[1]);
     FrameTotals({{items, &rowPasses}}, total);
 }
 
@@ -159,7 +167,7 @@ void PC_ENG::MipiUnusedValues(char copy, std::vector<std::string>& values) {
     const double blocks = DeviceHas(kPanel) / (single ? 1.0 : 2.0);
     values.push_back(PrintFixed(blocks - used, 1));
     values.push_back(PrintFixed(standby, 1));
-    for (const MipiGroup& g : kGroups)
-        values.push_back(GetVDPM(g.row + std::string(1, copy), "Voltage"));
+    const std::string suffix = single ? std::string() : std::string(1, copy);
+    for (const MipiGroup& g : kGroups) values.push_back(GetVDPM(g.row + suffix, "Voltage"));
     ForRowContextValues([&values](const char* v) { values.emplace_back(v); });
 }

@@ -182,8 +182,8 @@ void PC_ENG::SetupSummary() {
             bool dphy = pcfName == "Vcc_dphy" || pcfName == "Vcca_dphy" || pcfName == "Vccpll_dphy";
             if (dphy) {
                 if (!HasDphy(family)) continue;
-                names.push_back(pcfName + "0");
-                if (!IsSingleDphyPackage(PackageName())) names.push_back(pcfName + "1");
+                for (const std::string& copy : DphyCopySuffixes(PackageName()))
+                    names.push_back(pcfName + copy);
             } else {
                 names.push_back(pcfName);
             }
@@ -290,9 +290,8 @@ void PC_ENG::SetupPanels2() {
                     }
                     if (supply == "VCC_DPHY" || supply == "VCCA_DPHY" || supply == "VCCPLL_DPHY") {
                         if (!HasDphy(family)) continue;
-                        AddPowerColumns(table, supply + "0");
-                        if (!IsSingleDphyPackage(PackageName()))
-                            AddPowerColumns(table, supply + "1");
+                        for (const std::string& copy : DphyCopySuffixes(PackageName()))
+                            AddPowerColumns(table, supply + copy);
                         continue;
                     }
                     AddPowerColumns(table, supply);

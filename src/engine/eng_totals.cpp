@@ -99,8 +99,12 @@ const std::vector<BlockRule>& BlockRules() {
          "MIPIDPHY",
          BlockRow::IfPanelExists,
          nullptr,
-         // One copy ("0") or two ("0", "1") of each supply, summed per copy.
-         {Gated("Vcc_dphy0", "VCC_DPHY0", Dyn::TagColumns),
+         // One copy (the bare names) or two ("0", "1") of each supply, summed
+         // per copy; only the package's own rows pass the supply gate.
+         {Gated("Vcc_dphy", "VCC_DPHY", Dyn::TagColumns),
+          Gated("Vcca_dphy", "VCCA_DPHY", Dyn::TagColumns),
+          Gated("Vccpll_dphy", "VCCPLL_DPHY", Dyn::TagColumns),
+          Gated("Vcc_dphy0", "VCC_DPHY0", Dyn::TagColumns),
           Gated("Vcc_dphy1", "VCC_DPHY1", Dyn::TagColumns),
           Gated("Vcca_dphy0", "VCCA_DPHY0", Dyn::TagColumns),
           Gated("Vcca_dphy1", "VCCA_DPHY1", Dyn::TagColumns),
@@ -291,7 +295,7 @@ void PC_ENG::FoldTotals(bool category) {
     if (AscPanel()) {
         std::map<std::string, double> ascRails;
         const double onVcc = GetASCcurrentAndPower(ascRails);
-        ascRails["Vcc"] += onVcc;
+        ascRails[category ? FindSupplyCategory("Vcc", "-1") : std::string("Vcc")] += onVcc;
         for (const auto& [row, watts] : ascRails) {
             supplyPower[row].sta += watts;
             perBlock[row]["ASC"] += watts;

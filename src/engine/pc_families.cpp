@@ -143,6 +143,12 @@ bool IsSingleDphyPackage(const std::string& p) {
     return InList(p, kSingleDphyPackages);
 }
 
+const std::vector<std::string>& DphyCopySuffixes(const std::string& p) {
+    static const std::vector<std::string> one = {""};
+    static const std::vector<std::string> two = {"0", "1"};
+    return IsSingleDphyPackage(p) ? one : two;
+}
+
 std::string ArchNameOfFamily(const std::string& family) {
     for (const FamilyArch& fa : kFamilyArch)
         if (family == fa.family) return fa.arch;

@@ -4,6 +4,7 @@
 #define PWC_PC_FAMILIES_H
 
 #include <string>
+#include <vector>
 
 namespace pwc {
 
@@ -49,6 +50,9 @@ bool SharesPlainPartThermalData(const std::string& family);
 
 // Packages with one D-PHY instead of two.
 bool IsSingleDphyPackage(const std::string& package);
+// The digits behind the D-PHY supply names of a package: "0" and "1" for two
+// copies, the bare name ("") for one.
+const std::vector<std::string>& DphyCopySuffixes(const std::string& package);
 
 // Family to archName for the families found without an open device; any
 // other family text is its own archName.
