@@ -1,6 +1,7 @@
 // The totals of the part with supply categories: every block's supply goes
 // through the category map, and the firmware-resilience block adds its
 // core, auxiliary and per-bank shares.
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -50,8 +51,10 @@ std::vector<PC_ENG::CategoryTerm> PC_ENG::PfrSupplyTerms() {
     };
     add(FindSupplyCategory("Vcc", "-1"), "VCC");
     add(FindSupplyCategory("Vccaux", "-1"), "VCCAUX");
-    // VCCIO and the banks' VCCAUX go by bank, to the rail that feeds the
-    // bank's group: 10 + bank.
+    add(FindSupplyCategory("Vccio", "-1"), "VCCIO");
+    // The banks' interface shares, both rails of a bank, go in turn to the
+    // VCCIO supplies of the groups 13, 15, 16 and 17.
+    static const char* const kBankGroups[] = {"13", "15", "16", "17"};
     std::vector<std::string> banks;
     for (PD_TABLE* t : panel->tables)
         for (const std::string& column : t->columns) {
@@ -64,10 +67,10 @@ std::vector<PC_ENG::CategoryTerm> PC_ENG::PfrSupplyTerms() {
             for (const std::string& b : banks) seen |= b == bank;
             if (!seen) banks.push_back(bank);
         }
-    for (const std::string& bank : banks) {
-        const std::string group = "1" + bank;
-        add(FindSupplyCategory("Vccio", group), "Bank" + bank + " VCCIO");
-        add(FindSupplyCategory("Vccaux", group), "Bank" + bank + " VCCAUX");
+    for (size_t i = 0; i < banks.size() && i < std::size(kBankGroups); ++i) {
+        const std::string supply = FindSupplyCategory("Vccio", kBankGroups[i]);
+        add(supply, "Bank" + banks[i] + " VCCIO");
+        add(supply, "Bank" + banks[i] + " VCCAUX");
     }
     return terms;
 }
