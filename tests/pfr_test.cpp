@@ -323,6 +323,46 @@ TEST_F(PfrTab, TheBlocksPowerReachesBlockSuppliesAndTotal) {
     EXPECT_NEAR(eng->GetStaTable("Total", "PFR", eng->GetPowerMatrix()), pfr, 12e-6);
 }
 
+TEST_F(PfrTab, IoVccioGoesToTheSupplyItsBanksCategoryNames) {
+    eng = PfrEngine(d, project.get(), "wd7r00-demo");
+    // By hand: each I/O row's VCCIO watts on the supply that the category
+    // map gives for its bank's voltage (3.3 V on banks 0, 4 and 5 is fed by
+    // VCCAUX, 1.8 V on bank 3 by VCC).
+    PD_TABLE* banks = TabTable(*eng, "I/O", "Bank Voltage");
+    auto bankVoltage = [&](const std::string& bank) {
+        return std::string(
+            banks->GetValueAt(banks->GetRowNumber(bank), banks->GetColumnIndex("Voltage")));
+    };
+    std::map<std::string, double> bySupply;
+    for (const char* name : {"Input Output", "Bidi", "Bank Voltage"}) {
+        PD_TABLE* t = TabTable(*eng, "I/O", name);
+        for (int r = 0; r < t->GetNumOfRows(); ++r) {
+            const std::string bank = t->GetValueAt(r, t->GetColumnIndex("Bank"));
+            double w = 0.0;
+            for (const char* c :
+                 {"Dyn. VCCIO Pwr (W)", "Leakage VCCIO Pwr (W)", "DCbias VCCIO Pwr (W)",
+                  "Unused Leakage VCCIO Pwr (W)", "Unused DCbias VCCIO Pwr (W)"})
+                if (t->GetColumnIndex(c) >= 0) w += At(t, r, c);
+            bySupply[eng->FindSupplyCategory(bankVoltage(bank), bank)] += w;
+        }
+    }
+    ASSERT_GT(bySupply["Vccaux"], 0.0);
+    PD_TABLE* m = eng->GetPowerMatrix();
+    EXPECT_NEAR(eng->GetStaTable("Vccio 3.3", "I/O", m), bySupply["Vccio 3.3"], 2e-6);
+    EXPECT_NEAR(eng->GetStaTable("Vccio 2.5", "I/O", m), bySupply["Vccio 2.5"], 2e-6);
+    // The spilled shares, against the rounded cells.
+    double spill = 0.0;
+    for (const PC_ENG::CategoryTerm& t : eng->IoCategorySpill()) {
+        EXPECT_NEAR(t.sta + t.dyn, bySupply[t.supply], 2e-6) << t.supply;
+        spill += t.sta + t.dyn;
+    }
+    EXPECT_GT(spill, 0.0);
+    // Nothing lost: the supplies' total is the blocks' total.
+    PD_TABLE* power = eng->GetPowerTable();
+    EXPECT_NEAR(Num(eng->GetTotalPower()), Num(power->GetValueAt(power->GetNumOfRows() - 1, 2)),
+                12e-6);
+}
+
 TEST_F(PfrTab, TheJunctionSeesTheBlocksPower) {
     eng = PfrEngine(d, project.get(), "wd7r00-demo");
     const double with = Num(eng->GetTotalPower());

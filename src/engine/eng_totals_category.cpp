@@ -2,6 +2,7 @@
 // through the category map, and the firmware-resilience block adds its
 // core, auxiliary and per-bank shares.
 #include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -71,6 +72,32 @@ std::vector<PC_ENG::CategoryTerm> PC_ENG::PfrSupplyTerms() {
         const std::string supply = FindSupplyCategory("Vccio", kBankGroups[i]);
         add(supply, "Bank" + banks[i] + " VCCIO");
         add(supply, "Bank" + banks[i] + " VCCAUX");
+    }
+    return terms;
+}
+
+std::vector<PC_ENG::CategoryTerm> PC_ENG::IoCategorySpill() {
+    std::vector<CategoryTerm> terms;
+    PD_TABLE* banks = IoTable("I/O", 2);
+    if (!banks) return terms;
+    const int bankCol = banks->GetColumnIndex("Bank");
+    const int voltCol = banks->GetColumnIndex("Voltage");
+    std::set<std::pair<std::string, std::string>> seen;
+    for (int r = 0; r < banks->GetNumOfRows(); ++r) {
+        const std::string voltage = banks->GetValueAt(r, voltCol);
+        const std::string supply = FindSupplyCategory(voltage, banks->GetValueAt(r, bankCol));
+        if (voltage.size() < 6 || supply == voltage) continue;
+        // The voltage code of the bank, as the I/O supply rows count it.
+        const std::string volts = voltage.substr(6);
+        const double v = Num(volts.c_str());
+        const std::string code = volts == "1.35" ? std::to_string(static_cast<int>(v * 100))
+                                                 : std::to_string(static_cast<int>(v * 10));
+        if (!seen.insert({supply, code}).second) continue;
+        CategoryTerm t;
+        t.supply = supply;
+        t.sta = HelperIOaddingStaCategory("VCCIO", code, supply);
+        t.dyn = HelperIOaddingDynCategory("VCCIO", code, supply);
+        terms.push_back(t);
     }
     return terms;
 }
