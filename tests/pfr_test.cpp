@@ -126,18 +126,29 @@ class PfrTab : public ::testing::Test {
     std::unique_ptr<PC_ENG> eng;
 };
 
-TEST_F(PfrTab, PortsArePricedAsIoRowsOnTheirBanks) {
+TEST_F(PfrTab, PortsArePricedAsIoRowsIntoThePlainSupplyColumns) {
     eng = PfrEngine(d, project.get(), "wd7r00-demo");
     PD_TABLE* b = Block();
     ASSERT_NE(b, nullptr);
-    // The ports' VCCIO stands by bank: 1.8 V on bank 3, 3.3 V on bank 4.
-    EXPECT_GT(At(b, 0, "Dyn. Bank3 VCCIO Pwr (W)"), 0.0);
-    EXPECT_GT(At(b, 0, "Dyn. Bank4 VCCIO Pwr (W)"), 0.0);
+    // Every result column is on the device's table: a term without its
+    // column would be reported on the error stream.
+    ::testing::internal::CaptureStderr();
+    eng->Calculate();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr().find("has no column"), std::string::npos);
+    for (const char* kind : {"Dyn. ", "Leakage ", "DCbias "})
+        for (const char* tag : {"VCC", "VCCIO", "VCCAUX", "VTT"})
+            EXPECT_GE(b->GetColumnIndex((std::string(kind) + tag + " Pwr (W)").c_str()), 0)
+                << kind << tag;
+    // The ports' VCCIO goes to the plain columns; the bank columns hold only
+    // the banks' own interface terms, which have no dynamic part.
+    EXPECT_GT(At(b, 0, "Dyn. VCCIO Pwr (W)"), 0.0);
+    EXPECT_GT(At(b, 0, "Leakage VCCIO Pwr (W)"), 0.0);
     EXPECT_GT(At(b, 0, "Leakage Bank3 VCCIO Pwr (W)"), 0.0);
+    EXPECT_LT(b->GetColumnIndex("Dyn. Bank3 VCCIO Pwr (W)"), 0);
     EXPECT_GT(At(b, 0, "Dyn. VCC Pwr (W)"), 0.0);
     EXPECT_NEAR(At(b, 0, "Dyn. Pwr (W)"),
                 At(b, 0, "Dyn. VCC Pwr (W)") + At(b, 0, "Dyn. VCCAUX Pwr (W)") +
-                    At(b, 0, "Dyn. Bank3 VCCIO Pwr (W)") + At(b, 0, "Dyn. Bank4 VCCIO Pwr (W)"),
+                    At(b, 0, "Dyn. VCCIO Pwr (W)") + At(b, 0, "Dyn. VTT Pwr (W)"),
                 4e-6);
     EXPECT_NEAR(At(Total(), 0, "Total Dyn. Pwr (W)"), At(b, 0, "Dyn. Pwr (W)"), 1e-6);
     // Both banks in use: nothing left free.
@@ -149,7 +160,7 @@ TEST_F(PfrTab, EmptyPortListsPriceOnlyTheBlocksOwnTerms) {
     ASSERT_TRUE(eng->GetIccPorts().empty());
     PD_TABLE* b = Block();
     PD_TABLE* t = Total();
-    for (const char* tag : {"VCC", "VCCAUX", "VCCIO", "Bank3 VCCIO", "Bank4 VCCIO"})
+    for (const char* tag : {"VCC", "VCCAUX", "VCCIO", "VTT"})
         EXPECT_EQ(At(b, 0, std::string("Dyn. ") + tag + " Pwr (W)"), 0.0) << tag;
     EXPECT_EQ(At(b, 0, "Dyn. Pwr (W)"), 0.0);
     EXPECT_EQ(At(b, 0, "Leakage Bank3 VCCIO Pwr (W)"), 0.0);
@@ -174,6 +185,13 @@ TEST_F(PfrTab, EmptyPortListsPriceOnlyTheBlocksOwnTerms) {
             own += At(t, 0, name);
         }
     EXPECT_NEAR(At(t, 0, "Total Pwr (W)"), own, 12e-6);
+    // The free banks' log lines.
+    const std::string log = CaptureCalcLog([&] { eng->Calculate(); });
+    for (const char* line :
+         {"PowerLeakVccioPFRBank3Unused = IccLeakVccioPFRBankUnused * vccio = ",
+          "PowerBiasVccauxPFRBank4Unused = IccBiasVccauxPFRBankUnused * vccaux = "})
+        EXPECT_NE(log.find(line), std::string::npos) << line;
+    EXPECT_EQ(log.find(")Unused"), std::string::npos);
 }
 
 TEST_F(PfrTab, LeakageGrowsWithTemperatureAndTheLogNamesItsTerms) {
@@ -270,8 +288,27 @@ TEST_F(PfrTab, TheBlocksPowerReachesBlockSuppliesAndTotal) {
         ASSERT_GE(r, 0) << supply;
         EXPECT_GE(Num(power->GetValueAt(r, 2)) + 2e-6, watts) << supply;
     }
-    EXPECT_GT(bySupply["Vccio 1.8"], 0.0);
-    EXPECT_GT(bySupply["Vccb"], 0.0);
+    EXPECT_EQ(bySupply.count("Vccb"), 0u);
+    // By hand from the tab: the ports' plain VCCIO and bank 3's interface
+    // go to the 1.8 V rail (groups -1 and 13), bank 4's to 3.3 V (group 15).
+    PD_TABLE* b = Block();
+    auto sum = [&](const std::string& tag) {
+        double w = At(b, 0, "Dyn. " + tag + " Pwr (W)");
+        for (const char* kind : {"Leakage ", "DCbias "})
+            w += At(b, 0, kind + tag + " Pwr (W)") +
+                 At(Total(), 0, std::string("Unused ") + kind + tag + " Pwr (W)");
+        return w;
+    };
+    const double rail18 = sum("VCCIO") + sum("Bank3 VCCIO") + sum("Bank3 VCCAUX");
+    const double rail33 = sum("Bank4 VCCIO") + sum("Bank4 VCCAUX");
+    EXPECT_GT(sum("VCCIO"), 0.0);
+    EXPECT_GT(rail33, 0.0);
+    EXPECT_NEAR(bySupply["Vccio 1.8"], rail18, 1e-12);
+    EXPECT_NEAR(bySupply["Vccio 3.3"], rail33, 1e-12);
+    PD_TABLE* m = eng->GetPowerMatrix();
+    EXPECT_NEAR(eng->GetStaTable("Vccio 1.8", "PFR", m), rail18, 2e-6);
+    EXPECT_NEAR(eng->GetStaTable("Vccio 3.3", "PFR", m), rail33, 2e-6);
+    EXPECT_NEAR(eng->GetStaTable("Vccaux", "PFR", m), sum("VCC") + sum("VCCAUX"), 2e-6);
     // The grand totals: the blocks' sum, and the supplies' which the block's
     // matrix column says the same about.
     const int last = power->GetNumOfRows() - 1;
@@ -284,6 +321,46 @@ TEST_F(PfrTab, TheBlocksPowerReachesBlockSuppliesAndTotal) {
         eng->GetStaTable("Vccio 1.8", "I/O", matrix) + eng->GetStaTable("Vccio 1.8", "PFR", matrix),
         4e-6);
     EXPECT_NEAR(eng->GetStaTable("Total", "PFR", eng->GetPowerMatrix()), pfr, 12e-6);
+}
+
+TEST_F(PfrTab, IoVccioGoesToTheSupplyItsBanksCategoryNames) {
+    eng = PfrEngine(d, project.get(), "wd7r00-demo");
+    // By hand: each I/O row's VCCIO watts on the supply that the category
+    // map gives for its bank's voltage (3.3 V on banks 0, 4 and 5 is fed by
+    // VCCAUX, 1.8 V on bank 3 by VCC).
+    PD_TABLE* banks = TabTable(*eng, "I/O", "Bank Voltage");
+    auto bankVoltage = [&](const std::string& bank) {
+        return std::string(
+            banks->GetValueAt(banks->GetRowNumber(bank), banks->GetColumnIndex("Voltage")));
+    };
+    std::map<std::string, double> bySupply;
+    for (const char* name : {"Input Output", "Bidi", "Bank Voltage"}) {
+        PD_TABLE* t = TabTable(*eng, "I/O", name);
+        for (int r = 0; r < t->GetNumOfRows(); ++r) {
+            const std::string bank = t->GetValueAt(r, t->GetColumnIndex("Bank"));
+            double w = 0.0;
+            for (const char* c :
+                 {"Dyn. VCCIO Pwr (W)", "Leakage VCCIO Pwr (W)", "DCbias VCCIO Pwr (W)",
+                  "Unused Leakage VCCIO Pwr (W)", "Unused DCbias VCCIO Pwr (W)"})
+                if (t->GetColumnIndex(c) >= 0) w += At(t, r, c);
+            bySupply[eng->FindSupplyCategory(bankVoltage(bank), bank)] += w;
+        }
+    }
+    ASSERT_GT(bySupply["Vccaux"], 0.0);
+    PD_TABLE* m = eng->GetPowerMatrix();
+    EXPECT_NEAR(eng->GetStaTable("Vccio 3.3", "I/O", m), bySupply["Vccio 3.3"], 2e-6);
+    EXPECT_NEAR(eng->GetStaTable("Vccio 2.5", "I/O", m), bySupply["Vccio 2.5"], 2e-6);
+    // The spilled shares, against the rounded cells.
+    double spill = 0.0;
+    for (const PC_ENG::CategoryTerm& t : eng->IoCategorySpill()) {
+        EXPECT_NEAR(t.sta + t.dyn, bySupply[t.supply], 2e-6) << t.supply;
+        spill += t.sta + t.dyn;
+    }
+    EXPECT_GT(spill, 0.0);
+    // Nothing lost: the supplies' total is the blocks' total.
+    PD_TABLE* power = eng->GetPowerTable();
+    EXPECT_NEAR(Num(eng->GetTotalPower()), Num(power->GetValueAt(power->GetNumOfRows() - 1, 2)),
+                12e-6);
 }
 
 TEST_F(PfrTab, TheJunctionSeesTheBlocksPower) {

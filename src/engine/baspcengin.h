@@ -276,6 +276,17 @@ class PC_ENG {
     double HelperIOaddingDyn(const std::string& kind, const std::string& code);
     double GetTotalColumnIfIOtype(PD_TABLE* table, const std::string& column,
                                   const std::string& kind, const std::string& code);
+    // The forms of the part with supply categories: a row counts only where
+    // its bank's voltage supply maps to `category` (empty: any).
+    void SetIOstaVccioVttVccauxXXCategory(const std::string& category);
+    void SetIOdynVccioVttVccauxXXCategory(const std::string& category);
+    double HelperIOaddingStaCategory(const std::string& kind, const std::string& code,
+                                     const std::string& category);
+    double HelperIOaddingDynCategory(const std::string& kind, const std::string& code,
+                                     const std::string& category);
+    double GetTotalColumnIfIOtypeCategory(PD_TABLE* table, const std::string& column,
+                                          const std::string& kind, const std::string& code,
+                                          const std::string& category);
     void setStaTableForIoVttVccio(const std::map<std::string, double>& sta,
                                   const std::map<std::string, double>& dyn, PD_TABLE* table);
     int GetTotalUsedIO() const;
@@ -1894,6 +1905,9 @@ class PC_ENG {
         double dyn = 0.0;
     };
     std::vector<CategoryTerm> PfrSupplyTerms();
+    // The I/O tab's VCCIO on banks whose rail the category map sends to
+    // another supply (e.g. "Vccaux"), per that supply.
+    std::vector<CategoryTerm> IoCategorySpill();
 
     // ---- Constraints files (eng_constraints.cpp) -------------------------
     // The pad report's "Vccio by Bank:" table into the bank map; 1, or the
@@ -2051,7 +2065,7 @@ class PC_ENG {
     void StartRoutingSums();
     // I/O power and current per supply row, rebuilt at each total.
     std::map<std::string, double> ioStaticPower, ioDynamicPower, ioStaticCurrent, ioDynamicCurrent;
-    void SetIOVccioVttRows(bool dynamic);
+    void SetIOVccioVttRows(bool dynamic, const std::string* category);
     PD_TABLE* IoTable(const char* panel, int index) const;
 
     // Storage behind the standby maps (stable addresses).

@@ -1,7 +1,7 @@
 // The firmware-resilience tab: its ports become I/O rows priced like those
 // of the I/O tab, beside the block's own terms and those of its banks.
 #include <cstdio>
-#include <cstring>
+#include <iostream>
 #include <map>
 #include <set>
 
@@ -48,13 +48,21 @@ double SumColumn(PD_TABLE* t, const std::string& column) {
     return sum;
 }
 
+// The column of a result; a device table without it loses the term, which
+// is said on the error stream rather than dropped unseen.
+int ResultColumn(PD_TABLE* t, const std::string& column) {
+    const int c = t->GetColumnIndex(column.c_str());
+    if (c < 0) std::cerr << "Table " << t->name << " has no column " << column << std::endl;
+    return c;
+}
+
 void Put(PD_TABLE* t, int row, const std::string& column, double watts) {
-    const int c = t ? t->GetColumnIndex(column.c_str()) : -1;
+    const int c = ResultColumn(t, column);
     if (c >= 0 && row < t->GetNumOfRows()) t->SetValueAt(PrintFixed(watts, 20).c_str(), row, c);
 }
 
 void Add(PD_TABLE* t, int row, const std::string& column, double watts) {
-    const int c = t ? t->GetColumnIndex(column.c_str()) : -1;
+    const int c = ResultColumn(t, column);
     if (c >= 0 && row < t->GetNumOfRows())
         t->SetValueAt(PrintFixed(Num(t->GetValueAt(row, c)) + watts, 20).c_str(), row, c);
 }
@@ -201,12 +209,8 @@ void PC_ENG::PFRCalculation() {
             RunFrameRows(t.name.c_str(), &t, IoRowPasses(), PlainDyn::SumPasses);
             for (const char* tag : kTags)
                 for (const char* kind : kKinds) {
-                    const double watts = SumColumn(&t, std::string(kind) + tag + " Pwr (W)");
-                    // VCCIO by bank, where its rail is known.
-                    if (std::strcmp(tag, "VCCIO") == 0)
-                        Add(block, 0, BankColumn(kind, group.bank, tag), watts);
-                    else
-                        Add(block, 0, std::string(kind) + tag + " Pwr (W)", watts);
+                    const std::string column = std::string(kind) + tag + " Pwr (W)";
+                    Add(block, 0, column, SumColumn(&t, column));
                 }
         }
         portBanks.insert(group.bank);
@@ -222,10 +226,12 @@ void PC_ENG::PFRCalculation() {
         names.push_back(name);
         values.push_back(PrintFixed(value, 1));
     }
+    // Set per bank below: each bank's interface is either used or free.
     names.push_back("BANK_used");
-    values.push_back("1.0");
+    values.push_back("0.0");
+    const size_t bankUsedAt = values.size() - 1;
     names.push_back("BANK_unused");
-    values.push_back("1.0");
+    values.push_back("0.0");
     const std::string vccText = GetVDPMCategory("Vcc", "Voltage", "-1");
     const std::string vccauxText = GetVDPMCategory("Vccaux", "Voltage", "-1");
     const double vcc = Num(vccText);
@@ -287,6 +293,8 @@ void PC_ENG::PFRCalculation() {
         std::string vccioText = bankRow >= 0 ? GetVccioFromBank(bankRow) : std::string();
         if (vccioText.empty() || Num(vccioText) == 0.0) vccioText = "1.8";
         const double vccio = Num(vccioText);
+        values[bankUsedAt] = used ? "1.0" : "0.0";
+        values[bankUsedAt + 1] = used ? "0.0" : "1.0";
         struct BankTerm {
             double (PC_ENG::*member)(const Row&, const Row&);
             const char* prefix;
@@ -307,13 +315,13 @@ void PC_ENG::PFRCalculation() {
             },
                 unusedTerms[] = {
                     {&PC_ENG::ProcessPFRBankLeakVccioUnused, "Unused Leakage ", "VCCIO", vccio,
-                     "PowerLeakVccioPFRBank(", ")Unused = IccLeakVccioPFRBankUnused * vccio = "},
+                     "PowerLeakVccioPFRBank", "Unused = IccLeakVccioPFRBankUnused * vccio = "},
                     {&PC_ENG::ProcessPFRBankBiasVccioUnused, "Unused DCbias ", "VCCIO", vccio,
-                     "PowerBiasVccioPFRBank(", ")Unused = IccBiasVccioPFRBankUnused * vccio = "},
+                     "PowerBiasVccioPFRBank", "Unused = IccBiasVccioPFRBankUnused * vccio = "},
                     {&PC_ENG::ProcessPFRBankLeakVccauxUnused, "Unused Leakage ", "VCCAUX", vccaux,
-                     "PowerLeakVccauxPFRBank(", ")Unused = IccLeakVccauxPFRBankUnused * vccaux = "},
+                     "PowerLeakVccauxPFRBank", "Unused = IccLeakVccauxPFRBankUnused * vccaux = "},
                     {&PC_ENG::ProcessPFRBankBiasVccauxUnused, "Unused DCbias ", "VCCAUX", vccaux,
-                     "PowerBiasVccauxPFRBank(", ")Unused = IccBiasVccauxPFRBankUnused * vccaux = "},
+                     "PowerBiasVccauxPFRBank", "Unused = IccBiasVccauxPFRBankUnused * vccaux = "},
                 };
         for (const BankTerm& t : used ? usedTerms : unusedTerms) {
             const double i = (this->*t.member)(names, values);

@@ -288,6 +288,11 @@ void PC_ENG::FoldTotals(bool category) {
             supplyPower[term.supply].sta += term.sta;
             supplyPower[term.supply].dyn += term.dyn;
         }
+        for (const CategoryTerm& term : IoCategorySpill()) {
+            perBlock[term.supply]["I/O"] += term.sta + term.dyn;
+            supplyPower[term.supply].sta += term.sta;
+            supplyPower[term.supply].dyn += term.dyn;
+        }
     }
 
     // ASC rails on the core supply join its static power; external rails
@@ -305,8 +310,13 @@ void PC_ENG::FoldTotals(bool category) {
     for (const auto& r : perBlock)
         for (const auto& b : r.second) SaveStaTable(r.first, b.second, b.first, powerMatrix);
 
-    SetIOstaVccioVttVccauxXX();
-    SetIOdynVccioVttVccauxXX();
+    if (category) {
+        SetIOstaVccioVttVccauxXXCategory("");
+        SetIOdynVccioVttVccauxXXCategory("");
+    } else {
+        SetIOstaVccioVttVccauxXX();
+        SetIOdynVccioVttVccauxXX();
+    }
     setStaTableForIoVttVccio(ioStaticPower, ioDynamicPower, powerMatrix);
     setStaTableForIoVttVccio(ioStaticCurrent, ioDynamicCurrent, currentMatrix);
 

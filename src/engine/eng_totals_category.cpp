@@ -1,6 +1,8 @@
 // The totals of the part with supply categories: every block's supply goes
 // through the category map, and the firmware-resilience block adds its
 // core, auxiliary and per-bank shares.
+#include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -50,8 +52,10 @@ std::vector<PC_ENG::CategoryTerm> PC_ENG::PfrSupplyTerms() {
     };
     add(FindSupplyCategory("Vcc", "-1"), "VCC");
     add(FindSupplyCategory("Vccaux", "-1"), "VCCAUX");
-    // VCCIO and the banks' VCCAUX go by bank, to the rail that feeds the
-    // bank's group: 10 + bank.
+    add(FindSupplyCategory("Vccio", "-1"), "VCCIO");
+    // The banks' interface shares, both rails of a bank, go in turn to the
+    // VCCIO supplies of the groups 13, 15, 16 and 17.
+    static const char* const kBankGroups[] = {"13", "15", "16", "17"};
     std::vector<std::string> banks;
     for (PD_TABLE* t : panel->tables)
         for (const std::string& column : t->columns) {
@@ -64,10 +68,36 @@ std::vector<PC_ENG::CategoryTerm> PC_ENG::PfrSupplyTerms() {
             for (const std::string& b : banks) seen |= b == bank;
             if (!seen) banks.push_back(bank);
         }
-    for (const std::string& bank : banks) {
-        const std::string group = "1" + bank;
-        add(FindSupplyCategory("Vccio", group), "Bank" + bank + " VCCIO");
-        add(FindSupplyCategory("Vccaux", group), "Bank" + bank + " VCCAUX");
+    for (size_t i = 0; i < banks.size() && i < std::size(kBankGroups); ++i) {
+        const std::string supply = FindSupplyCategory("Vccio", kBankGroups[i]);
+        add(supply, "Bank" + banks[i] + " VCCIO");
+        add(supply, "Bank" + banks[i] + " VCCAUX");
+    }
+    return terms;
+}
+
+std::vector<PC_ENG::CategoryTerm> PC_ENG::IoCategorySpill() {
+    std::vector<CategoryTerm> terms;
+    PD_TABLE* banks = IoTable("I/O", 2);
+    if (!banks) return terms;
+    const int bankCol = banks->GetColumnIndex("Bank");
+    const int voltCol = banks->GetColumnIndex("Voltage");
+    std::set<std::pair<std::string, std::string>> seen;
+    for (int r = 0; r < banks->GetNumOfRows(); ++r) {
+        const std::string voltage = banks->GetValueAt(r, voltCol);
+        const std::string supply = FindSupplyCategory(voltage, banks->GetValueAt(r, bankCol));
+        if (voltage.size() < 6 || supply == voltage) continue;
+        // The voltage code of the bank, as the I/O supply rows count it.
+        const std::string volts = voltage.substr(6);
+        const double v = Num(volts.c_str());
+        const std::string code = volts == "1.35" ? std::to_string(static_cast<int>(v * 100))
+                                                 : std::to_string(static_cast<int>(v * 10));
+        if (!seen.insert({supply, code}).second) continue;
+        CategoryTerm t;
+        t.supply = supply;
+        t.sta = HelperIOaddingStaCategory("VCCIO", code, supply);
+        t.dyn = HelperIOaddingDynCategory("VCCIO", code, supply);
+        terms.push_back(t);
     }
     return terms;
 }

@@ -39,6 +39,12 @@ PD_TABLE* PC_ENG::IoTable(const char* panelName, int index) const {
 
 double PC_ENG::GetTotalColumnIfIOtype(PD_TABLE* table, const std::string& column,
                                       const std::string& kind, const std::string& code) {
+    return GetTotalColumnIfIOtypeCategory(table, column, kind, code, "");
+}
+
+double PC_ENG::GetTotalColumnIfIOtypeCategory(PD_TABLE* table, const std::string& column,
+                                              const std::string& kind, const std::string& code,
+                                              const std::string& category) {
     if (!table) return 0.0;
     const int col = table->GetColumnIndex(column.c_str());
     if (col < 0) return 0.0;
@@ -47,15 +53,16 @@ double PC_ENG::GetTotalColumnIfIOtype(PD_TABLE* table, const std::string& column
     double sum = 0.0;
     for (int r = 0; r < table->GetNumOfRows(); ++r) {
         std::string text;
+        std::string voltage;
+        const char* bank = table->GetValueAt(r, table->GetColumnIndex("Bank"));
+        if (bankTable) {
+            voltage = table->GetValueAt(r, table->GetColumnIndex("Voltage"));
+        } else if (banks && (kind == "VCCIO" || !category.empty())) {
+            voltage = banks->GetValueAt(banks->GetRowNumber(std::string(bank)),
+                                        banks->GetColumnIndex("Voltage"));
+        }
+        if (!category.empty() && FindSupplyCategory(voltage, bank) != category) continue;
         if (bankTable || kind == "VCCIO") {
-            std::string voltage;
-            if (bankTable) {
-                voltage = table->GetValueAt(r, table->GetColumnIndex("Voltage"));
-            } else if (banks) {
-                const char* bank = table->GetValueAt(r, table->GetColumnIndex("Bank"));
-                voltage = banks->GetValueAt(banks->GetRowNumber(std::string(bank)),
-                                            banks->GetColumnIndex("Voltage"));
-            }
             // "Vccio 3.3" -> 33; "Vccio 1.35" -> 135. A row whose bank has no
             // voltage text belongs to no code.
             if (voltage.size() < 6) continue;
@@ -73,10 +80,15 @@ double PC_ENG::GetTotalColumnIfIOtype(PD_TABLE* table, const std::string& column
 }
 
 double PC_ENG::HelperIOaddingDyn(const std::string& kind, const std::string& code) {
+    return HelperIOaddingDynCategory(kind, code, "");
+}
+
+double PC_ENG::HelperIOaddingDynCategory(const std::string& kind, const std::string& code,
+                                         const std::string& category) {
     const std::string column = "Dyn. " + kind + " Pwr (W)";
     double sum = 0.0;
     for (PD_TABLE* t : {IoTable("I/O", 0), IoTable("I/O", 1), IoTable("I/O Term", 0)})
-        sum += GetTotalColumnIfIOtype(t, column, kind, code);
+        sum += GetTotalColumnIfIOtypeCategory(t, column, kind, code, category);
     return sum;
 }
 
@@ -90,12 +102,17 @@ int PC_ENG::GetTotalUsedIO() const {
 }
 
 double PC_ENG::HelperIOaddingSta(const std::string& kind, const std::string& code) {
+    return HelperIOaddingStaCategory(kind, code, "");
+}
+
+double PC_ENG::HelperIOaddingStaCategory(const std::string& kind, const std::string& code,
+                                         const std::string& category) {
     double sum = 0.0;
     std::vector<PD_TABLE*> tables{IoTable("I/O", 0), IoTable("I/O", 1), IoTable("I/O Term", 0)};
     if (kind != "VTT") tables.push_back(IoTable("I/O", 2));
     for (PD_TABLE* t : tables)
         for (const char* k : {"Leakage ", "DCbias "})
-            sum += GetTotalColumnIfIOtype(t, k + kind + " Pwr (W)", kind, code);
+            sum += GetTotalColumnIfIOtypeCategory(t, k + kind + " Pwr (W)", kind, code, category);
 
     PD_TABLE* unused = IoTable("I/O", 3);
     auto unusedRow = [&](const std::string& k) {
@@ -111,38 +128,51 @@ double PC_ENG::HelperIOaddingSta(const std::string& kind, const std::string& cod
                                     .c_str())
                       : 0.0;
     };
+    // The pins left free have no bank: a category form takes them only on
+    // the supply's own row.
+    const bool deviceWide =
+        category.empty() || pc_stricmp(category.substr(0, kind.size()).c_str(), kind.c_str()) == 0;
     const double codeVolts = Num(code.c_str()) / 10.0;
     // The unused pins take the engine's base I/O type.
     const double unusedVolts = GetStringFirstNumberforVoltage(baseIOType) / 10.0;
     if (kind == "VTT") {
-        if (codeVolts * 0.5 == unusedVolts * 0.5) sum += unusedRow("VTT");
+        if (deviceWide && codeVolts * 0.5 == unusedVolts * 0.5) sum += unusedRow("VTT");
     } else if (kind == "VCCAUX") {
-        if (codeVolts == unusedVolts) sum += unusedRow("VCCAUX");
+        if (deviceWide && codeVolts == unusedVolts) sum += unusedRow("VCCAUX");
     } else if (kind == "VCCIO") {
         const char* byDevice = std::getenv("PWC_UNUSED_IO_DEVICE");
         if (byDevice && std::strcmp(byDevice, "1") == 0) {
             auto* s = dynamic_cast<PD_KEYSECT*>(pwrData->GetSection("IO BANK VCCIO"));
             const char* v =
                 s ? s->GetValue(GetTotalUsedIO() < 1 ? "HW_DEFAULT" : "BFD_DEFAULT") : "";
-            if (static_cast<int>(Num(v) * 10) == static_cast<int>(Num(code.c_str())))
+            if (deviceWide && static_cast<int>(Num(v) * 10) == static_cast<int>(Num(code.c_str())))
                 sum += unusedRow("VCCIO");
         } else {
             PD_TABLE* banks = IoTable("I/O", 2);
             for (const char* k : {"Unused Leakage ", "Unused DCbias "})
-                sum += GetTotalColumnIfIOtype(banks, k + kind + " Pwr (W)", kind, code);
+                sum += GetTotalColumnIfIOtypeCategory(banks, k + kind + " Pwr (W)", kind, code,
+                                                      category);
         }
     }
     return sum;
 }
 
 void PC_ENG::SetIOstaVccioVttVccauxXX() {
-    SetIOVccioVttRows(false);
+    SetIOVccioVttRows(false, nullptr);
 }
 void PC_ENG::SetIOdynVccioVttVccauxXX() {
-    SetIOVccioVttRows(true);
+    SetIOVccioVttRows(true, nullptr);
+}
+// An empty category lets each row take the I/O of the banks whose rail maps
+// to the row itself.
+void PC_ENG::SetIOstaVccioVttVccauxXXCategory(const std::string& category) {
+    SetIOVccioVttRows(false, &category);
+}
+void PC_ENG::SetIOdynVccioVttVccauxXXCategory(const std::string& category) {
+    SetIOVccioVttRows(true, &category);
 }
 
-void PC_ENG::SetIOVccioVttRows(bool dynamic) {
+void PC_ENG::SetIOVccioVttRows(bool dynamic, const std::string* byCategory) {
     PD_TABLE* vdpm = GetSupplyTable();
     PD_TABLE* power = GetPowerTable();
     PD_TABLE* current = GetCurrentTable();
@@ -160,8 +190,11 @@ void PC_ENG::SetIOVccioVttRows(bool dynamic) {
         const bool isVtt = std::strcmp(s.kind, "VTT") == 0;
         if (isVtt && !vtt) continue;
         if (s.onlyIfRowExists && row < 0) continue;
-        const double watts =
-            dynamic ? HelperIOaddingDyn(s.kind, s.code) : HelperIOaddingSta(s.kind, s.code);
+        const std::string category = !byCategory           ? ""
+                                     : byCategory->empty() ? std::string(s.row)
+                                                           : *byCategory;
+        const double watts = dynamic ? HelperIOaddingDynCategory(s.kind, s.code, category)
+                                     : HelperIOaddingStaCategory(s.kind, s.code, category);
         if (dynamic) {
             ioDynamicPower[s.row] = watts;
         } else {
