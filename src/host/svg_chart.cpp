@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <sstream>
 
+#include "eng_text.h"
+
 namespace pwchost {
 
 namespace {
@@ -32,29 +34,7 @@ std::string TickLabel(double v, double spacing) {
 }  // namespace
 
 std::string XmlEscape(const std::string& text) {
-    std::string out;
-    for (char c : text) {
-        switch (c) {
-            case '&':
-                out += "&amp;";
-                break;
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            case '\'':
-                out += "&apos;";
-                break;
-            default:
-                out += c;
-        }
-    }
-    return out;
+    return pwc::HtmlEscaped(text);  // the same five characters, valid in XML too
 }
 
 std::vector<double> NiceTicks(double low, double high, int wanted) {

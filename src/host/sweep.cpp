@@ -152,17 +152,30 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
         if (!o.from.empty()) lower = EngineLimit(from, true);
         if (!o.to.empty()) upper = EngineLimit(to, false);
     };
-    // Lower above upper by more than a step: the engine skips the sweep.
-    // A positive step of its own, whatever the project holds, keeps it so.
-    auto skip = [](double& lower, double& upper, double& resolution) {
-        lower = 1e6;
-        upper = -1e6;
-        resolution = 1.0;
+    // The engine's three sweeps, in the order of SweepKind.
+    struct Sweep {
+        double *lower, *upper, *resolution;
+        const std::vector<grpdata>*typical, *worst;
     };
+    const Sweep sweeps[] = {
+        {&e.SectionLowerLimit, &e.SectionUpperLimit, &e.SectionResolution, &e.SectionTypical,
+         &e.SectionWorst},
+        {&e.TempAmbLowerLimit, &e.TempAmbUpperLimit, &e.TempAmbResolution, &e.TempAmbTypical,
+         &e.TempAmbWorst},
+        {&e.FreqLowerLimit, &e.FreqUpperLimit, &e.FreqAmbResolution, &e.FreqTypical, &e.FreqWorst}};
+    const Sweep& chosen = sweeps[static_cast<int>(o.kind)];
+    for (const Sweep& other : sweeps) {
+        if (&other == &chosen) continue;
+        // Lower above upper by more than a step: the engine skips the sweep.
+        // A positive step of its own, whatever the project holds, keeps it so.
+        *other.lower = 1e6;
+        *other.upper = -1e6;
+        *other.resolution = 1.0;
+    }
+    limits(*chosen.lower, *chosen.upper, *chosen.resolution);
 
     SweepResult r;
     r.kind = o.kind;
-    const std::vector<grpdata>*typical = nullptr, *worst = nullptr;
     switch (o.kind) {
         case SweepKind::Supply: {
             std::string rail = o.rail.empty() ? e.SectionX : o.rail;
@@ -177,13 +190,8 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
             }
             e.SectionX = rail;
             if (!o.plotted.empty()) e.SectionY = o.plotted;
-            limits(e.SectionLowerLimit, e.SectionUpperLimit, e.SectionResolution);
-            skip(e.TempAmbLowerLimit, e.TempAmbUpperLimit, e.TempAmbResolution);
-            skip(e.FreqLowerLimit, e.FreqUpperLimit, e.FreqAmbResolution);
             r.xName = rail;
             r.xUnit = "V";
-            typical = &e.SectionTypical;
-            worst = &e.SectionWorst;
             break;
         }
         case SweepKind::Ambient:
@@ -193,13 +201,8 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
                 e.TempAmbY = o.plotted;
             else if (e.TempAmbY != "Total Power" && e.GetPanelIndex(e.TempAmbY) < 0)
                 e.TempAmbY = "Total Power";
-            limits(e.TempAmbLowerLimit, e.TempAmbUpperLimit, e.TempAmbResolution);
-            skip(e.SectionLowerLimit, e.SectionUpperLimit, e.SectionResolution);
-            skip(e.FreqLowerLimit, e.FreqUpperLimit, e.FreqAmbResolution);
             r.xName = "Ambient";
             r.xUnit = "C";
-            typical = &e.TempAmbTypical;
-            worst = &e.TempAmbWorst;
             break;
         case SweepKind::Frequency: {
             const std::vector<std::string> clocks = ClockNames(e);
@@ -214,13 +217,8 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
                                  "': no such clock (choices: " + JoinChoices(clocks) + ")");
             e.FreqX = clock;
             if (!o.plotted.empty()) e.FreqY = o.plotted;
-            limits(e.FreqLowerLimit, e.FreqUpperLimit, e.FreqAmbResolution);
-            skip(e.SectionLowerLimit, e.SectionUpperLimit, e.SectionResolution);
-            skip(e.TempAmbLowerLimit, e.TempAmbUpperLimit, e.TempAmbResolution);
             r.xName = clock;
             r.xUnit = "MHz";
-            typical = &e.FreqTypical;
-            worst = &e.FreqWorst;
             break;
         }
     }
@@ -229,13 +227,7 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
                                                : e.FreqY;
     if (r.plotted.empty()) r.plotted = "Total Power";
 
-    e.SetGraphDefaults();
-    const int points =
-        o.kind == SweepKind::Supply
-            ? PC_ENG::GraphPointCount(e.SectionLowerLimit, e.SectionUpperLimit, e.SectionResolution)
-        : o.kind == SweepKind::Ambient
-            ? PC_ENG::GraphPointCount(e.TempAmbLowerLimit, e.TempAmbUpperLimit, e.TempAmbResolution)
-            : PC_ENG::GraphPointCount(e.FreqLowerLimit, e.FreqUpperLimit, e.FreqAmbResolution);
+    const int points = PC_ENG::GraphPointCount(*chosen.lower, *chosen.upper, *chosen.resolution);
     // Each point is a whole calculation per corner.
     if (points > kMaxSweepPoints)
         throw UsageError("the range gives " + std::to_string(points) + " points; at most " +
@@ -243,8 +235,8 @@ SweepResult RunSweep(Session& session, const SweepOptions& o) {
     e.CollectDataForGraph();
 
     for (const auto& [name, points] :
-         {std::pair<const char*, const std::vector<grpdata>*>{"Typical", typical},
-          {"Worst", worst}}) {
+         {std::pair<const char*, const std::vector<grpdata>*>{"Typical", chosen.typical},
+          {"Worst", chosen.worst}}) {
         if (points->empty()) continue;
         SweepCorner c;
         c.name = name;
