@@ -202,6 +202,23 @@ TEST_F(CategoryDemo, AFasterLogicRowRaisesTheTotalByItsOwnDynamicPower) {
     EXPECT_NEAR(SupplyRowsTotal(*eng), BlockRowsTotal(*eng), 1e-5);
 }
 
+// The polynomial form of the slices' data is a fit of the exponential one:
+// the VCCIO leakage of both forms agrees closely.
+TEST_F(CategoryDemo, ThePolynomialFormGivesTheSameVccioLeakage) {
+    PD_TABLE* rows = TabTable(*eng, "Logic Block", nullptr);
+    const double exponential = Cell(rows, 0, "Leakage VCCIO Pwr (W)");
+    const double unusedExp = Cell(TotalTable(*eng, "Logic Block"), 0, kUnusedVccioColumns[0]);
+    setenv("VRL_PWC_POLINOMIAL", "1", 1);
+    auto poly = MakeEngine(d, project.get());
+    poly->Calculate();
+    unsetenv("VRL_PWC_POLINOMIAL");
+    rows = TabTable(*poly, "Logic Block", nullptr);
+    ASSERT_GT(exponential, 0.0);
+    EXPECT_NEAR(Cell(rows, 0, "Leakage VCCIO Pwr (W)"), exponential, 0.02 * exponential);
+    EXPECT_NEAR(Cell(TotalTable(*poly, "Logic Block"), 0, kUnusedVccioColumns[0]), unusedExp,
+                0.02 * unusedExp);
+}
+
 // ---- External ASC rails on the category part ------------------------------
 
 namespace {
