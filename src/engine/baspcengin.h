@@ -1113,19 +1113,23 @@ class PC_ENG {
                                           const Row& values);
     double ProcessClocksDyn(const std::string& panel, const Row& names, const Row& values,
                             const std::string& supply);
+    // The helpers price the resources on `supply` ("VCC", or "VCCIO" where
+    // the data give the tree a share of it).
     double HlpProcessClocksDyn(double freq, double af, const std::string& kind, const Row& names,
-                               const Row& values);
+                               const Row& values, const std::string& supply);
     // Per element of the resources in the kind's cell ("used" or "unused").
     double HlpProcessClocksLeakUsed(const std::string& mode, const std::string& kind,
-                                    const Row& names, const Row& values);
+                                    const Row& names, const Row& values, const std::string& supply);
     double HlpProcessClocksBiasUsed(const std::string& mode, const std::string& kind,
-                                    const Row& names, const Row& values);
+                                    const Row& names, const Row& values, const std::string& supply);
     // The DC block records: over the cell's resources when used, over the
     // free clock nets "<kind>_unused" when unused.
     double HlpProcessClocksLeakDFB(const std::string& mode, const std::string& kind,
-                                   const std::string& item, const Row& names, const Row& values);
+                                   const std::string& item, const Row& names, const Row& values,
+                                   const std::string& supply);
     double HlpProcessClocksBiasDFB(const std::string& mode, const std::string& kind,
-                                   const std::string& item, const Row& names, const Row& values);
+                                   const std::string& item, const Row& names, const Row& values,
+                                   const std::string& supply);
     double ProcessClocksLeakUsed(const std::string& panel, const Row& names, const Row& values,
                                  const std::string& supply);
     double ProcessClocksBiasUsed(const std::string& panel, const Row& names, const Row& values,

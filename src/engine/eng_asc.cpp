@@ -142,14 +142,18 @@ double PC_ENG::GetASCcurrentAndPower(std::map<std::string, double>& rails) {
     const int powerCol = items->GetColumnIndex(kPowerColumn);
     const int typeCol = items->GetColumnIndex("VCCTYPE");
     const int voltCol = items->GetColumnIndex("VCC");
-    // A row without a summary row of its own (not "EXT", made "EXT" after
-    // set-up, or on a part whose summary rows are its categories) is counted
-    // on the core supply rather than lost.
+    // An external rail goes on the summary row the set-up made for it; on the
+    // part with categories too, where HasSupply knows only the categories and
+    // the category map has no entry for the rail. A row without such a row
+    // (not "EXT", or made "EXT" after set-up) is counted on the core supply
+    // rather than lost.
+    PD_TABLE* vdpm = GetSupplyTable();
     double onVcc = 0.0;
     for (int r = 0; r < items->GetNumOfRows(); ++r) {
         const double watts = Num(items->GetValueAt(r, powerCol));
         const std::string rail = RailName(items->GetValueAt(r, voltCol));
-        if (IsExternalRail(items->GetValueAt(r, typeCol)) && HasSupply(rail))
+        const bool ownRow = HasSupply(rail) || (vdpm && vdpm->GetRowNumber(rail) >= 0);
+        if (IsExternalRail(items->GetValueAt(r, typeCol)) && ownRow)
             rails[rail] += watts;
         else
             onVcc += watts;

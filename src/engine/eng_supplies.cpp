@@ -426,5 +426,12 @@ double PC_ENG::FindCorrectSupply(const std::string& supply, const std::vector<st
                                  const std::vector<std::string>& values) const {
     if (supply == "VCC" && PC_LATOR::IsRegulatorBeingUsed(names, values)) return Num(regulatedVcc);
     if (supply == "VCCPLL" && !regulatedVccpll.empty()) return Num(regulatedVccpll);
+    // With categories a row sees only the rails' own names ("VCCIO_18"); the
+    // plain name of a supply is its category's rail.
+    if (!supplyCategory.empty() && std::find(names.begin(), names.end(), supply) == names.end()) {
+        std::string pcfName;
+        TranslateSupplyPWRtoPCF(supply, pcfName);
+        return Num(GetVDPMCategory(pcfName, "Voltage", "-1"));
+    }
     return Num(pwcformula::RowValue(supply, names, values));
 }

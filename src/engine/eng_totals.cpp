@@ -42,6 +42,9 @@ struct SupplyTerm {
     Static sta;
     Gate gate;
     bool matrixOnly;  // counted in the matrix, not in the supply rows
+    // Read only on the part with supply categories; `row` is then mapped
+    // through the plain category ("-1").
+    bool categoryOnly = false;
 };
 
 enum class BlockRow { Always, IfDeviceHas, IfPanelExists };
@@ -61,19 +64,29 @@ SupplyTerm Gated(const char* row, const char* tag, Dyn d, Static s = Static::Ite
                  Gate g = Gate::HasSupply) {
     return {row, tag, d, s, g, false};
 }
+// The plain VCCIO share of a core tab on the category part. Its switching
+// power is also in the tab's "Total Dyn. Pwr (W)", which the Vcc term reads:
+// see TermPower.
+SupplyTerm CategoryVccio() {
+    return {"Vccio", "VCCIO", Dyn::TagColumns, Static::Items, Gate::None, false, true};
+}
 
 // Each block's panels, supplies and the sources of its sums. A new tab adds
 // its row here.
 const std::vector<BlockRule>& BlockRules() {
     static const std::vector<BlockRule> rules = {
-        {{"Logic Block"}, "Logic Block", BlockRow::Always, nullptr, {Vcc(Dyn::TotalDyn)}},
+        {{"Logic Block"},
+         "Logic Block",
+         BlockRow::Always,
+         nullptr,
+         {Vcc(Dyn::TotalDyn), CategoryVccio()}},
         {{"I/O", "I/O Term"},
          "I/O",
          BlockRow::Always,
          nullptr,
          {Vcc(Dyn::TagColumns),
           {"Vccaux", "VCCAUX", Dyn::TagColumns, Static::Items, Gate::None, false}}},
-        {{"Clocks"}, "Clocks", BlockRow::Always, nullptr, {Vcc(Dyn::TotalDyn)}},
+        {{"Clocks"}, "Clocks", BlockRow::Always, nullptr, {Vcc(Dyn::TotalDyn), CategoryVccio()}},
         {{"EFB"}, "EFB", BlockRow::IfPanelExists, nullptr, {Vcc(Dyn::TotalDyn, Static::EfbTotals)}},
         {{"Block RAM"},
          "Block RAM",
@@ -168,7 +181,10 @@ struct BlockPower {
     double dyn = 0.0;
 };
 
-BlockPower TermPower(PC_PANEL* panel, const SupplyTerm& term, const std::string& tag) {
+// `vccioTerm`: the block's VCCIO columns are a term of their own (see
+// CategoryVccio), so the total's dynamic power is read without them.
+BlockPower TermPower(PC_PANEL* panel, const SupplyTerm& term, const std::string& tag,
+                     bool vccioTerm) {
     std::vector<PD_TABLE*> items(panel->tables.begin(), panel->tables.end());
     PD_TABLE* total = items.empty() ? nullptr : items.back();
     if (!items.empty()) items.pop_back();
@@ -203,6 +219,9 @@ BlockPower TermPower(PC_PANEL* panel, const SupplyTerm& term, const std::string&
     switch (term.dyn) {
         case Dyn::TotalDyn:
             p.dyn = Row0(total, "Total Dyn. Pwr (W)");
+            // The tab's total sums every dynamic column; the VCCIO share is
+            // counted by the VCCIO term.
+            if (vccioTerm) p.dyn -= SumColumn(items, "Dyn. VCCIO Pwr (W)");
             break;
         case Dyn::TotalDynTag:
             p.dyn = Row0(total, "Total Dyn. " + tag + " Pwr (W)");
@@ -257,23 +276,27 @@ void PC_ENG::FoldTotals(bool category) {
     for (const BlockRule& rule : BlockRules()) {
         double value = 0.0;
         bool any = false;
+        bool vccioTerm = false;
+        for (const SupplyTerm& term : rule.terms) vccioTerm |= category && term.categoryOnly;
         for (const char* panelName : rule.panels) {
             PC_PANEL* panel = GetPanel(GetPanelIndex(panelName));
             if (!panel || panel->GetNumOfTables() == 0) continue;
             any = true;
             value += Row0(panel->GetTable(panel->GetNumOfTables() - 1), "Total Pwr (W)");
             for (const SupplyTerm& term : rule.terms) {
+                if (term.categoryOnly && !category) continue;
                 if (term.gate == Gate::HasSupply && !HasSupply(term.row)) continue;
                 if (term.gate == Gate::HasVccbAndVccxp && !HasVccbAndVccxp()) continue;
                 std::string row = term.row, tag = term.tag;
                 // A logic tab without VCC columns reports on the power-gated supply.
-                if (rule.block == std::string("Logic Block") && panel->GetTable(0) &&
+                if (rule.block == std::string("Logic Block") && !term.categoryOnly &&
+                    panel->GetTable(0) &&
                     panel->GetTable(0)->GetColumnIndex("Leakage VCC Pwr (W)") < 0) {
                     row = "Vccpg";
                     tag = "VCCPG";
                 }
                 if (category) row = FindSupplyCategory(row, "-1");
-                BlockPower p = TermPower(panel, term, tag);
+                BlockPower p = TermPower(panel, term, tag, vccioTerm);
                 perBlock[row][rule.block] += p.sta + p.dyn;
                 if (term.matrixOnly) continue;
                 supplyPower[row].sta += p.sta;
@@ -324,7 +347,9 @@ void PC_ENG::FoldTotals(bool category) {
         const std::string supply = vdpm->GetValueAt(r, 0);
         auto it = supplyPower.find(supply);
         if (it == supplyPower.end()) continue;
-        if (supply != "Vcc" && supply != "Vccaux" && !HasSupply(supply)) continue;
+        // An external ASC rail is a row of its own, not a category.
+        if (supply != "Vcc" && supply != "Vccaux" && !HasSupply(supply) && !ascRails.count(supply))
+            continue;
         // On the category part a bank's rail carries the I/O tab's share too.
         if (category) {
             auto sta = ioStaticPower.find(supply);

@@ -79,14 +79,15 @@ int RowInteger(const char* column, const PC_ENG::Row& names, const PC_ENG::Row& 
     return static_cast<int>(std::strtol(RowValue(column, names, values).c_str(), nullptr, 10));
 }
 
-// The six leakage letters of a member of "Clocks" on VCC.
+// The six leakage letters of a member of "Clocks" on a supply.
 struct LeakLetters {
     double a, b, e, f, g, h;
 };
 
-LeakLetters ReadLeakLetters(PC_ENG& eng, const std::string& item, double aScale) {
+LeakLetters ReadLeakLetters(PC_ENG& eng, const std::string& supply, const std::string& item,
+                            double aScale) {
     auto letter = [&](const char* l) {
-        return ToNumber(eng.FindABCDusedvalueFromPwrSupply("VCC", "Clocks", item, "", l));
+        return ToNumber(eng.FindABCDusedvalueFromPwrSupply(supply, "Clocks", item, "", l));
     };
     return {letter("A") * aScale, letter("B"), letter("E"), letter("F"), letter("G"), letter("H")};
 }
@@ -163,7 +164,7 @@ std::vector<PC_ENG::ClockUse> PC_ENG::GetClockCellResources(const std::string& k
 // ---- Dynamic --------------------------------------------------------------------------
 
 double PC_ENG::ProcessClocksDyn(const std::string&, const Row& names, const Row& values,
-                                const std::string&) {
+                                const std::string& supply) {
     std::string freqName = "Freq. (MHz)";
     bool hasFreq = false;
     for (const std::string& n : names) hasFreq = hasFreq || n == freqName;
@@ -178,9 +179,9 @@ double PC_ENG::ProcessClocksDyn(const std::string&, const Row& names, const Row&
                                    : std::string("100");
     const double af = ToNumber(afText) / 100.0;
     const double freq = 1e6 * ToNumber(RowValue(freqName, names, values));
-    const double pclk = HlpProcessClocksDyn(freq, af, "PCLK", names, values);
-    const double sclk = HlpProcessClocksDyn(freq, af, "SCLK", names, values);
-    const double eclk = HlpProcessClocksDyn(freq, af, "ECLK", names, values);
+    const double pclk = HlpProcessClocksDyn(freq, af, "PCLK", names, values, supply);
+    const double sclk = HlpProcessClocksDyn(freq, af, "SCLK", names, values, supply);
+    const double eclk = HlpProcessClocksDyn(freq, af, "ECLK", names, values, supply);
     const double sum = pclk + sclk + eclk;
     if (PD_UTIL::IsCalcLogOpen()) {
         char line[512];
@@ -192,13 +193,13 @@ double PC_ENG::ProcessClocksDyn(const std::string&, const Row& names, const Row&
 }
 
 double PC_ENG::HlpProcessClocksDyn(double freq, double af, const std::string& kind,
-                                   const Row& names, const Row& values) {
+                                   const Row& names, const Row& values, const std::string& supply) {
     const std::string& clock = RowValue("Clock Name", names, values);
-    const double voltage = FindCorrectSupply("VCC", names, values);
+    const double voltage = FindCorrectSupply(supply, names, values);
     double sum = 0.0;
     for (const ClockUse& u : GetClockCellResources(kind, names, values, true)) {
         const double c =
-            ToNumber(FindABCDusedvalueFromPwrSupply("VCC", "Clocks", u.item, "", "C")) * kPico;
+            ToNumber(FindABCDusedvalueFromPwrSupply(supply, "Clocks", u.item, "", "C")) * kPico;
         sum += ProcessIccDyn("Clocks", freq, af, u.count, c, voltage, clock, u.debugName, names,
                              values, "DynamicIcc");
     }
@@ -222,14 +223,15 @@ std::string RowName(const std::string& mode, const PC_ENG::Row& names, const PC_
 }  // namespace
 
 double PC_ENG::HlpProcessClocksLeakUsed(const std::string& mode, const std::string& kind,
-                                        const Row& names, const Row& values) {
+                                        const Row& names, const Row& values,
+                                        const std::string& supply) {
     // The zn2c00 data give the clock items' A on the scale of C.
     const double aScale = pwc::IsZn2c00Arch(ArchName()) ? kPico : kMicro;
     const double t = ToNumber(RowValue("TJ", names, values));
     const std::string rowName = RowName(mode, names, values);
     double sum = 0.0;
     for (const ClockUse& u : GetClockCellResources(kind, names, values, false)) {
-        const LeakLetters l = ReadLeakLetters(*this, u.item, aScale);
+        const LeakLetters l = ReadLeakLetters(*this, supply, u.item, aScale);
         sum += ProcessIccLeak(mode, l.a, l.b, l.e, l.f, l.g, l.h, t, u.count, rowName, u.debugName,
                               names, values, LeakTable(mode));
     }
@@ -237,12 +239,13 @@ double PC_ENG::HlpProcessClocksLeakUsed(const std::string& mode, const std::stri
 }
 
 double PC_ENG::HlpProcessClocksBiasUsed(const std::string& mode, const std::string& kind,
-                                        const Row& names, const Row& values) {
+                                        const Row& names, const Row& values,
+                                        const std::string& supply) {
     const std::string rowName = RowName(mode, names, values);
     double sum = 0.0;
     for (const ClockUse& u : GetClockCellResources(kind, names, values, false)) {
         const double d =
-            ToNumber(FindABCDusedvalueFromPwrSupply("VCC", "Clocks", u.item, "", "D")) * kMilli;
+            ToNumber(FindABCDusedvalueFromPwrSupply(supply, "Clocks", u.item, "", "D")) * kMilli;
         sum += ProcessIccDcBias(mode, d, u.count, rowName, u.debugName, BiasTable(mode));
     }
     return sum;
@@ -278,9 +281,9 @@ std::vector<BlockCount> BlockCounts(PC_ENG& eng, const std::string& mode, const 
 }  // namespace
 
 double PC_ENG::HlpProcessClocksLeakDFB(const std::string& mode, const std::string& kind,
-                                       const std::string& item, const Row& names,
-                                       const Row& values) {
-    const LeakLetters l = ReadLeakLetters(*this, item, kMicro);
+                                       const std::string& item, const Row& names, const Row& values,
+                                       const std::string& supply) {
+    const LeakLetters l = ReadLeakLetters(*this, supply, item, kMicro);
     const double t = ToNumber(RowValue("TJ", names, values));
     const std::string rowName = RowName(mode, names, values);
     double sum = 0.0;
@@ -291,11 +294,11 @@ double PC_ENG::HlpProcessClocksLeakDFB(const std::string& mode, const std::strin
 }
 
 double PC_ENG::HlpProcessClocksBiasDFB(const std::string& mode, const std::string& kind,
-                                       const std::string& item, const Row& names,
-                                       const Row& values) {
+                                       const std::string& item, const Row& names, const Row& values,
+                                       const std::string& supply) {
     double sum = 0.0;
     for (const BlockCount& b : BlockCounts(*this, mode, kind, names, values))
-        sum += GetIccBiasDFB("Clocks", "Clocks", item, b.count, b.column, "VCC", names, values);
+        sum += GetIccBiasDFB("Clocks", "Clocks", item, b.count, b.column, supply, names, values);
     return sum;
 }
 
@@ -303,21 +306,23 @@ namespace {
 
 using KindHelper = double (PC_ENG::*)(const std::string& mode, const std::string& kind,
                                       const std::string& item, const PC_ENG::Row& names,
-                                      const PC_ENG::Row& values);
+                                      const PC_ENG::Row& values, const std::string& supply);
 using ElementHelper = double (PC_ENG::*)(const std::string& mode, const std::string& kind,
-                                         const PC_ENG::Row& names, const PC_ENG::Row& values);
+                                         const PC_ENG::Row& names, const PC_ENG::Row& values,
+                                         const std::string& supply);
 
 // The kinds' block terms, after the kinds' element terms when given; one
 // summary line under logName, its terms named kind + clock kind.
 double SumOverKinds(PC_ENG& eng, const std::string& kind, const std::string& logName,
                     const std::string& mode, ElementHelper elements, KindHelper blocks,
-                    const char* item, const PC_ENG::Row& names, const PC_ENG::Row& values) {
+                    const char* item, const PC_ENG::Row& names, const PC_ENG::Row& values,
+                    const std::string& supply) {
     std::vector<double> numbers;
     if (elements)
         for (const pwc::ClockKind& k : pwc::ClockKinds())
-            numbers.push_back((eng.*elements)(mode, k.kind, names, values));
+            numbers.push_back((eng.*elements)(mode, k.kind, names, values, supply));
     for (const pwc::ClockKind& k : pwc::ClockKinds())
-        numbers.push_back((eng.*blocks)(mode, k.kind, item, names, values));
+        numbers.push_back((eng.*blocks)(mode, k.kind, item, names, values, supply));
     const double sum = Sum(numbers);
     if (PD_UTIL::IsCalcLogOpen()) {
         std::vector<std::string> terms;
@@ -332,27 +337,27 @@ double SumOverKinds(PC_ENG& eng, const std::string& kind, const std::string& log
 }  // namespace
 
 double PC_ENG::ProcessClocksLeakUsed(const std::string&, const Row& names, const Row& values,
-                                     const std::string&) {
+                                     const std::string& supply) {
     return SumOverKinds(*this, "IccLeak", "IccLeakClocksUsed", "used", nullptr,
-                        &PC_ENG::HlpProcessClocksLeakDFB, "DCforBLOCK_used", names, values);
+                        &PC_ENG::HlpProcessClocksLeakDFB, "DCforBLOCK_used", names, values, supply);
 }
 
 double PC_ENG::ProcessClocksBiasUsed(const std::string&, const Row& names, const Row& values,
-                                     const std::string&) {
+                                     const std::string& supply) {
     return SumOverKinds(*this, "IccBias", "IccBiasClocksUsed", "used", nullptr,
-                        &PC_ENG::HlpProcessClocksBiasDFB, "DCforBLOCK_used", names, values);
+                        &PC_ENG::HlpProcessClocksBiasDFB, "DCforBLOCK_used", names, values, supply);
 }
 
 double PC_ENG::ProcessClocksLeakUnused(const std::string&, const Row& names, const Row& values,
-                                       const std::string&) {
+                                       const std::string& supply) {
     return SumOverKinds(*this, "IccLeak", "IccLeakClocksUnused", "unused",
                         &PC_ENG::HlpProcessClocksLeakUsed, &PC_ENG::HlpProcessClocksLeakDFB,
-                        "DCforBLOCK_unused", names, values);
+                        "DCforBLOCK_unused", names, values, supply);
 }
 
 double PC_ENG::ProcessClocksBiasUnused(const std::string&, const Row& names, const Row& values,
-                                       const std::string&) {
+                                       const std::string& supply) {
     return SumOverKinds(*this, "IccBias", "IccBiasClocksUnused", "unused",
                         &PC_ENG::HlpProcessClocksBiasUsed, &PC_ENG::HlpProcessClocksBiasDFB,
-                        "DCforBLOCK_unused", names, values);
+                        "DCforBLOCK_unused", names, values, supply);
 }
