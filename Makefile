@@ -22,10 +22,16 @@ run: build
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
+# `make bench BASE=<rev>` also runs BASE's engine and evaluator benchmarks and
+# prints old against new; BENCH_FLAGS go to every benchmark program.
 bench: configure
+ifeq ($(BASE),)
 	@cmake -S . -B $(BUILD) -DPWC_BUILD_BENCH=ON >/dev/null
 	@cmake --build $(BUILD) -j $(JOBS)
-	@./scripts/bench.sh $(BUILD)
+	@BENCH_FLAGS='$(BENCH_FLAGS)' ./scripts/bench.sh $(BUILD)
+else
+	@BASE='$(BASE)' BENCH_FLAGS='$(BENCH_FLAGS)' ./scripts/bench.sh $(BUILD)
+endif
 
 # libFuzzer targets need clang; they build in their own tree.
 fuzz: bootstrap
