@@ -225,6 +225,19 @@ TEST(LatorEvaluate, LiteralsReadLikeStrtod) {
         }
         EXPECT_EQ(Calc(text), std::strtod(text.c_str(), nullptr)) << text;
     }
+    // The engine's own texts: doubles printed by "%.20f", most with 17 to 21
+    // significant digits, and midpoints between two doubles written exactly.
+    for (int i = 0; i < 50000; ++i) {
+        const double v =
+            std::ldexp(static_cast<double>(random() >> 11), -static_cast<int>(random() % 70));
+        char text[400];
+        std::snprintf(text, sizeof text, "%.20f", v);
+        ASSERT_EQ(Calc(text), std::strtod(text, nullptr)) << text;
+    }
+    for (const char* midpoint : {"9007199254740993", "9007199254740995", "0.50000000000000005551",
+                                 "1152921504606846977", "4503599627370497.5"}) {
+        EXPECT_EQ(Calc(midpoint), std::strtod(midpoint, nullptr)) << midpoint;
+    }
     // A literal is read from its first 99 characters.
     const std::string longLiteral = "1" + std::string(120, '0');
     EXPECT_EQ(Calc(longLiteral), 1e98);

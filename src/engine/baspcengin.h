@@ -639,6 +639,17 @@ class PC_ENG {
         // Equation per section and kind; null: the section has none.
         std::unordered_map<std::string, const std::pair<const std::string, Row>*> formulas;
         std::unordered_map<std::string, bool> hardCoded, polynomial;
+        // Before the maps, the latest answers: the calls of a row repeat a few
+        // keys over and over, and comparing them is cheaper than hashing.
+        struct LastProcessX {
+            std::string parts[5];
+            const std::string* value = nullptr;  // into processX
+        } lastProcessX;
+        struct RecentFormula {
+            std::string section, kind;
+            const std::pair<const std::string, Row>* entry;
+        };
+        std::vector<RecentFormula> recentFormulas;
         void Clear();
     };
     ModelCaches caches;
@@ -665,6 +676,35 @@ class PC_ENG {
                                const std::string& package, std::string speed,
                                const std::string& operating);
     std::string processXScratch;
+    // Positions in the names of the rows a frame is working out, each found
+    // once per table. Those names are one object, unchanged, for as long as
+    // the frame's RowNamesScope lives, so its address identifies them.
+    struct RowNamePositions {
+        static constexpr int kUnknown = -2;  // not looked for yet; -1: absent
+        const Row* names = nullptr;
+        int freqHolder = kUnknown, afHolder = kUnknown, archName = kUnknown, device = kUnknown;
+    };
+    RowNamePositions rowNames;
+    struct RowNamesScope {
+        RowNamePositions& positions;
+        RowNamesScope(RowNamePositions& p, const Row& names) : positions(p) {
+            positions = RowNamePositions();
+            positions.names = &names;
+        }
+        ~RowNamesScope() { positions = RowNamePositions(); }
+        RowNamesScope(const RowNamesScope&) = delete;
+        RowNamesScope& operator=(const RowNamesScope&) = delete;
+    };
+    // The position that `find` gives, kept in `slot` while names are the frame's.
+    template <typename Find>
+    int RowNamePosition(int& slot, const Row& names, Find&& find) const {
+        if (&names != rowNames.names) return find();
+        if (slot == RowNamePositions::kUnknown) slot = find();
+        return slot;
+    }
+    // Whether the core supply is regulated, as PC_LATOR::IsRegulatorBeingUsed
+    // tells it from the row.
+    bool RowRegulated(const Row& names, const Row& values);
     // Recent "%.<n>lf" texts by the number's bits: the same coefficients,
     // frequencies and temperatures recur on every row, and printing them is
     // the dear part of binding. A pure function of its arguments.

@@ -141,6 +141,7 @@ void PC_ENG::RunFrameRows(const char* panel, PD_TABLE* items, const std::vector<
     for (const SupplyPass& p : passes) AddOnce(dynColumns, ColumnOf(items, p.dynColumn));
     int count = 0;
     const std::vector<std::string> names = GetArrayOfColumnNames(items, &count);
+    RowNamesScope namesScope(rowNames, names);
     std::vector<std::string> values;
     std::string cell, rowVolts;
     for (int row = 0; row < items->GetNumOfRows(); ++row) {

@@ -424,7 +424,8 @@ std::string PC_ENG::GetKsupply(const std::string& supply) const {
 
 double PC_ENG::FindCorrectSupply(const std::string& supply, const std::vector<std::string>& names,
                                  const std::vector<std::string>& values) const {
-    if (supply == "VCC" && PC_LATOR::IsRegulatorBeingUsed(names, values)) return Num(regulatedVcc);
+    if (supply == "VCC" && const_cast<PC_ENG*>(this)->RowRegulated(names, values))
+        return Num(regulatedVcc);
     if (supply == "VCCPLL" && !regulatedVccpll.empty()) return Num(regulatedVccpll);
     // With categories a row sees only the rails' own names ("VCCIO_18"); the
     // plain name of a supply is its category's rail.
@@ -434,4 +435,23 @@ double PC_ENG::FindCorrectSupply(const std::string& supply, const std::vector<st
         return Num(GetVDPMCategory(pcfName, "Voltage", "-1"));
     }
     return Num(pwcformula::RowValue(supply, names, values));
+}
+
+bool PC_ENG::RowRegulated(const Row& names, const Row& values) {
+    if (&names != rowNames.names) return PC_LATOR::IsRegulatorBeingUsed(names, values);
+    auto find = [&](const char* name) {
+        const size_t n = std::min(names.size(), values.size());
+        for (size_t i = 0; i < n; ++i)
+            if (names[i] == name) return static_cast<int>(i);
+        return -1;
+    };
+    const int arch = RowNamePosition(rowNames.archName, names, [&] { return find("archName"); });
+    const int device = RowNamePosition(rowNames.device, names, [&] { return find("Device"); });
+    // As the evaluator's look-up reads a value: at most its buffer's length.
+    auto value = [&](int at) {
+        if (at < 0) return std::string_view();
+        const std::string& v = values[static_cast<size_t>(at)];
+        return std::string_view(v.data(), std::min(v.size(), PC_LATOR::kValueBufferSize - 1));
+    };
+    return RegulatorInUse(value(arch), value(device));
 }

@@ -77,9 +77,12 @@ double PC_ENG::EvaluateAndLog(const std::string& formula, const Row* variables,
     traceText.clear();
     const Row& vars = variables ? *variables : none;
     if (!variables) boundValues.clear();
-    const double result = PC_LATOR::ProcessCalculator(formula, traceText, vars, boundValues,
-                                                      static_cast<int>(vars.size()));
-    if (PD_UTIL::IsCalcLogOpen() || debugHtml) {
+    const bool shown = PD_UTIL::IsCalcLogOpen() || debugHtml;
+    const int count = static_cast<int>(vars.size());
+    const double result =
+        shown ? PC_LATOR::ProcessCalculator(formula, traceText, vars, boundValues, count)
+              : PC_LATOR::EvaluateFormula(formula, vars, boundValues, count);
+    if (shown) {
         const std::string line =
             LogLine(format, first, second, third, display ? *display : formula);
         PD_UTIL::FCprintln(line);
@@ -248,10 +251,10 @@ double PC_ENG::GetIccDynAF100_1SS(const std::string& block, const std::string& i
 
 namespace {
 
-std::string FirstNameHolding(const PC_ENG::Row& names, const char* part, const char* fallback) {
-    for (const std::string& n : names)
-        if (n.find(part) != std::string::npos) return n;
-    return fallback;
+int FirstNameHolding(const PC_ENG::Row& names, const char* part) {
+    for (size_t i = 0; i < names.size(); ++i)
+        if (names[i].find(part) != std::string::npos) return static_cast<int>(i);
+    return -1;
 }
 
 }  // namespace
@@ -259,7 +262,11 @@ std::string FirstNameHolding(const PC_ENG::Row& names, const char* part, const c
 std::string PC_ENG::FindFreqName(const std::string& block, const std::string& label,
                                  const Row& names, const Row& values) {
     if (Is(block, "IO")) return "Input Freq. (MHz)";
-    if (Is(block, "ROUTING")) return FirstNameHolding(names, "Freq.", "Freq. (MHz)");
+    if (Is(block, "ROUTING")) {
+        const int at = RowNamePosition(rowNames.freqHolder, names,
+                                       [&] { return FirstNameHolding(names, "Freq."); });
+        return at < 0 ? "Freq. (MHz)" : names[at];
+    }
     if (Is(block, "MCLK")) {
         const std::string token = label.substr(0, label.find('@'));
         if (token != "DEFAULT") {
@@ -273,7 +280,11 @@ std::string PC_ENG::FindFreqName(const std::string& block, const std::string& la
 std::string PC_ENG::FindAFname(const std::string& block, const std::string&, const Row& names,
                                const Row&) {
     if (Is(block, "IO")) return "Input AF (%)";
-    if (Is(block, "ROUTING")) return FirstNameHolding(names, "AF (%)", "AF (%)");
+    if (Is(block, "ROUTING")) {
+        const int at = RowNamePosition(rowNames.afHolder, names,
+                                       [&] { return FirstNameHolding(names, "AF (%)"); });
+        return at < 0 ? "AF (%)" : names[at];
+    }
     return "AF (%)";
 }
 

@@ -19,6 +19,9 @@ PD_KEYSECT* KeySection(PD_DATA* data, const std::string& name) {
 
 const char kPolyWord[] = "-5thpolynomial";
 
+// Equations a tab asks for again and again: its own kinds, a handful.
+constexpr size_t kRecentFormulas = 16;
+
 void SwapPolynomialSections(PD_DATA* data) {
     if (!data) return;
     for (PD_SECTION* poly : data->sections) {
@@ -59,7 +62,17 @@ const std::string& PC_ENG::FormulaFor(const std::string& section, const std::str
     variables = nullptr;
     const std::pair<const std::string, Row>* entry = nullptr;
     bool known = false;
+    bool recent = false;
     if (caches.on) {
+        for (const ModelCaches::RecentFormula& r : caches.recentFormulas) {
+            if (r.section == section && r.kind == kind) {
+                known = recent = true;
+                entry = r.entry;
+                break;
+            }
+        }
+    }
+    if (caches.on && !known) {
         JoinKey(caches.key, {&section, &kind});
         const auto it = caches.formulas.find(caches.key);
         known = it != caches.formulas.end();
@@ -76,6 +89,8 @@ const std::string& PC_ENG::FormulaFor(const std::string& section, const std::str
         }
         if (caches.on) caches.formulas.emplace(caches.key, entry);
     }
+    if (caches.on && !recent && caches.recentFormulas.size() < kRecentFormulas)
+        caches.recentFormulas.push_back({section, kind, entry});
     if (!entry) {
         if (PD_UTIL::IsCalcLogOpen())
             PD_UTIL::FCprintln("Note: There is no " + kind + " equation for " + section + " !");
@@ -175,11 +190,18 @@ void PC_ENG::InitConstants(const std::vector<std::string>& names,
         }
     };
     if (names.size() != values.size()) build();
-    PD_KEYSECT* pllRegulator = KeySection(pwrData, "REGULATOR PLL");
-    PD_KEYSECT* scale = KeySection(pwrData, "Scale Factors");
+    // Looked up only once a constant needs them: on most rows none does.
+    bool sectionsFound = false;
+    PD_KEYSECT* pllRegulator = nullptr;
+    PD_KEYSECT* scale = nullptr;
     for (size_t i = 0; i < table.size(); ++i) {
         std::string& member = kValues[i];
         if (!(member.empty() || member == "0")) continue;
+        if (!sectionsFound) {
+            pllRegulator = KeySection(pwrData, "REGULATOR PLL");
+            scale = KeySection(pwrData, "Scale Factors");
+            sectionsFound = true;
+        }
         const KConstant& k = table[i];
         std::string voltage = built ? RowValue(k.supply, n, v) : RowValue(k.supply, names, values);
         if (pllRegulator && std::strcmp(k.supply, "VCCPLL") == 0)
@@ -230,6 +252,8 @@ std::string PC_ENG::Addmore2equation(const std::string& equation, const std::str
 // ---- Caches of the models -----------------------------------------------------
 
 void PC_ENG::ModelCaches::Clear() {
+    lastProcessX = LastProcessX();
+    recentFormulas.clear();
     coefficients.clear();
     processX.clear();
     formulas.clear();

@@ -375,6 +375,13 @@ const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
     const std::string& operating = *cell[4];
     if (!caches.on)
         return processXScratch = LookUpProcessX(process, device, package, speed, operating);
+    ModelCaches::LastProcessX& last = caches.lastProcessX;
+    const std::string* parts[5] = {&process, &device, &package, &speed, &operating};
+    if (last.value) {
+        int same = 0;
+        while (same < 5 && last.parts[same] == *parts[same]) ++same;
+        if (same == 5) return *last.value;
+    }
     std::string& key = caches.key;
     JoinKey(key, {&process, &device, &package, &speed, &operating});
     auto it = caches.processX.find(key);
@@ -382,6 +389,8 @@ const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
         it =
             caches.processX.emplace(key, LookUpProcessX(process, device, package, speed, operating))
                 .first;
+    for (int k = 0; k < 5; ++k) last.parts[k] = *parts[k];
+    last.value = &it->second;
     return it->second;
 }
 

@@ -30,8 +30,10 @@ inline const std::string& RowValue(const char* name, std::size_t length,
                                    const std::vector<std::string>& values) {
     static const std::string none;
     const std::size_t n = names.size() < values.size() ? names.size() : values.size();
+    // The first character settles most candidates of the same length.
     for (std::size_t i = 0; i < n; ++i)
-        if (names[i].size() == length && std::memcmp(names[i].data(), name, length) == 0)
+        if (names[i].size() == length && (length == 0 || names[i][0] == name[0]) &&
+            std::memcmp(names[i].data(), name, length) == 0)
             return values[i];
     return none;
 }
@@ -117,8 +119,60 @@ inline void TrimBlanks(std::string& text) {
     text = text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-// "%.<precision>lf" of value into out, reusing its storage. to_chars prints
-// exactly as printf does, and much faster.
+// round(|value| * 10^precision) to the nearest, ties to even, as printf rounds
+// the exact binary value; false when it would not fit 128 bits.
+inline bool ScaledFixed(double magnitude, int precision, unsigned __int128& scaled) {
+    static constexpr std::uint64_t kPow5[] = {1ULL,
+                                              5ULL,
+                                              25ULL,
+                                              125ULL,
+                                              625ULL,
+                                              3125ULL,
+                                              15625ULL,
+                                              78125ULL,
+                                              390625ULL,
+                                              1953125ULL,
+                                              9765625ULL,
+                                              48828125ULL,
+                                              244140625ULL,
+                                              1220703125ULL,
+                                              6103515625ULL,
+                                              30517578125ULL,
+                                              152587890625ULL,
+                                              762939453125ULL,
+                                              3814697265625ULL,
+                                              19073486328125ULL,
+                                              95367431640625ULL,
+                                              476837158203125ULL,
+                                              2384185791015625ULL};
+    if (precision < 0 || precision > 22) return false;
+    int exponent = 0;
+    const double fraction = std::frexp(magnitude, &exponent);
+    // magnitude = mantissa * 2^(exponent - 53), and magnitude * 10^precision
+    // = mantissa * 5^precision * 2^(exponent - 53 + precision).
+    const auto mantissa = static_cast<std::uint64_t>(std::ldexp(fraction, 53));
+    const unsigned __int128 product = static_cast<unsigned __int128>(mantissa) * kPow5[precision];
+    const int shift = exponent - 53 + precision;
+    if (shift >= 0) {
+        if (shift >= 23) return false;  // product < 2^105
+        scaled = product << shift;
+        return true;
+    }
+    if (-shift >= 106) {
+        scaled = 0;  // below a quarter of the last digit
+        return true;
+    }
+    const int right = -shift;
+    unsigned __int128 quotient = product >> right;
+    const unsigned __int128 rest = product - (quotient << right);
+    const unsigned __int128 half = static_cast<unsigned __int128>(1) << (right - 1);
+    if (rest > half || (rest == half && (quotient & 1) != 0)) ++quotient;
+    scaled = quotient;
+    return true;
+}
+
+// "%.<precision>lf" of value into out, reusing its storage. The exact scaled
+// integer, or to_chars, print exactly as printf does, and much faster.
 inline void PrintFixedTo(std::string& out, double value, int precision) {
     char text[512];
     if (value == std::floor(value) && std::fabs(value) < 1e15 && precision < 400) {
@@ -129,6 +183,38 @@ inline void PrintFixedTo(std::string& out, double value, int precision) {
         if (precision > 0) {
             *p++ = '.';
             std::memset(p, '0', static_cast<std::size_t>(precision));
+            p += precision;
+        }
+        out.assign(text, p);
+        return;
+    }
+    unsigned __int128 scaled = 0;
+    if (std::isfinite(value) && ScaledFixed(std::fabs(value), precision, scaled)) {
+        // The digits from the right, at least one before the point.
+        char digits[48];
+        char* d = digits + sizeof digits;
+        int count = 0;
+        while (scaled >= 10000000000000000000ULL) {
+            std::uint64_t chunk = static_cast<std::uint64_t>(scaled % 10000000000000000000ULL);
+            scaled /= 10000000000000000000ULL;
+            for (int k = 0; k < 19; ++k, ++count) {
+                *--d = static_cast<char>('0' + chunk % 10);
+                chunk /= 10;
+            }
+        }
+        for (auto rest = static_cast<std::uint64_t>(scaled); rest != 0 || count <= precision;
+             ++count) {
+            *--d = static_cast<char>('0' + rest % 10);
+            rest /= 10;
+        }
+        char* p = text;
+        if (std::signbit(value)) *p++ = '-';
+        const int whole = count - precision;
+        std::memcpy(p, d, static_cast<std::size_t>(whole));
+        p += whole;
+        if (precision > 0) {
+            *p++ = '.';
+            std::memcpy(p, d + whole, static_cast<std::size_t>(precision));
             p += precision;
         }
         out.assign(text, p);

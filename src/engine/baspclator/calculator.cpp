@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 
 #include "baspclator/pc_lator.h"
 
@@ -75,6 +76,28 @@ inline std::uint64_t ReadDigits(const char* p, const char* end) {
     return value;
 }
 
+// mantissa / 10^decimals correctly rounded, through one division on 64-bit
+// significands: both operands are exact there and the quotient is rounded
+// once. Rounding that quotient to a double again gives the correct double
+// unless it lies exactly halfway between two doubles; then, or where long
+// double has no 64-bit significand, false.
+bool ExtendedQuotient(std::uint64_t mantissa, std::ptrdiff_t decimals, double& magnitude) {
+    if constexpr (std::numeric_limits<long double>::digits != 64) {
+        return false;
+    } else {
+        static constexpr long double kPow10L[] = {
+            1e0L,  1e1L,  1e2L,  1e3L,  1e4L,  1e5L,  1e6L,  1e7L,  1e8L,  1e9L,  1e10L, 1e11L,
+            1e12L, 1e13L, 1e14L, 1e15L, 1e16L, 1e17L, 1e18L, 1e19L, 1e20L, 1e21L, 1e22L};
+        const long double quotient = static_cast<long double>(mantissa) / kPow10L[decimals];
+        int exponent = 0;
+        const auto bits =
+            static_cast<std::uint64_t>(std::ldexp(std::frexp(quotient, &exponent), 64));
+        if ((bits & 0x7FF) == 0x400) return false;
+        magnitude = static_cast<double>(quotient);
+        return true;
+    }
+}
+
 // Reads a literal like strtod, correctly rounded: an optional "-", digits, and
 // from a "." on the digits of the fraction. Texts printed by "%.20lf" carry
 // many zeros that are no significant digits; without them most values take
@@ -113,6 +136,11 @@ const char* ScanLiteral(const char* start, double& value) {
             ReadDigits(intBegin, intEnd) * kPow10U64[fracCount] + ReadDigits(fracDigits, fracEnd);
         if (mantissa <= (1ULL << 53)) {
             const double magnitude = static_cast<double>(mantissa) / kExactPow10[decimals];
+            value = negative ? -magnitude : magnitude;
+            return end;
+        }
+        double magnitude = 0.0;
+        if (ExtendedQuotient(mantissa, decimals, magnitude)) {
             value = negative ? -magnitude : magnitude;
             return end;
         }

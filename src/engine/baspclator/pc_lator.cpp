@@ -366,8 +366,9 @@ std::size_t FormatG(double value, char* out) {
 constexpr std::string_view kSupplyWithRegulator = "VCC";
 constexpr std::string_view kRegulatorOverride = "VCC_CORE_DYN_OVERRIDE";
 
+// Without a trace (null) the result is neither printed nor kept.
 template <typename Row>
-double Process(const std::string& formula, std::string& trace, Row& row) {
+double Process(const std::string& formula, std::string* trace, Row& row) {
     SmallText<512> text;
     const bool bound = ScanPieces(formula.c_str(), [&](std::string_view piece) {
         if (IsRightNumber(piece) || IsOperand(piece)) {
@@ -385,12 +386,13 @@ double Process(const std::string& formula, std::string& trace, Row& row) {
     Calculator calculator(text.data(), text.length());
     calculator.InToPost();
     const double result = calculator.Evaluate();
+    if (!trace) return result;
 
     char number[64];
     const std::size_t printed = FormatG(result, number);
-    trace.assign(text.data(), text.length());
-    trace.push_back('=');
-    trace.append(number, printed);
+    trace->assign(text.data(), text.length());
+    trace->push_back('=');
+    trace->append(number, printed);
     return result;
 }
 
@@ -463,14 +465,20 @@ PC_LATOR::PC_LATOR(const char*) {}
 double PC_LATOR::ProcessCalculator(const std::string& formula, std::string& trace,
                                    const char* const* names, const char* const* values, int count) {
     ArrayRow row(names, values, count);
-    return Process(formula, trace, row);
+    return Process(formula, &trace, row);
 }
 
 double PC_LATOR::ProcessCalculator(const std::string& formula, std::string& trace,
                                    const std::vector<std::string>& names,
                                    const std::vector<std::string>& values, int count) {
     VectorRow row(names, values, count);
-    return Process(formula, trace, row);
+    return Process(formula, &trace, row);
+}
+
+double PC_LATOR::EvaluateFormula(const std::string& formula, const std::vector<std::string>& names,
+                                 const std::vector<std::string>& values, int count) {
+    VectorRow row(names, values, count);
+    return Process(formula, nullptr, row);
 }
 
 char** PC_LATOR::BreakIntoPieces(const char* text, int* count) {

@@ -127,6 +127,10 @@ class PC_LATOR {
                                     const std::vector<std::string>& names,
                                     const std::vector<std::string>& values, int count = -1);
 
+    // The same value without the trace, for a caller that shows none.
+    static double EvaluateFormula(const std::string& formula, const std::vector<std::string>& names,
+                                  const std::vector<std::string>& values, int count = -1);
+
     // new[] array of new[] texts; the caller deletes each text and the array.
     static char** BreakIntoPieces(const char* text, int* count);
     static std::vector<std::string> BreakIntoComponets(const std::string& text);
