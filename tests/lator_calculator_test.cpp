@@ -234,8 +234,10 @@ TEST(LatorEvaluate, LiteralsReadLikeStrtod) {
         std::snprintf(text, sizeof text, "%.20f", v);
         ASSERT_EQ(Calc(text), std::strtod(text, nullptr)) << text;
     }
-    for (const char* midpoint : {"9007199254740993", "9007199254740995", "0.50000000000000005551",
-                                 "1152921504606846977", "4503599627370497.5"}) {
+    for (const char* midpoint :
+         {"9007199254740993", "9007199254740995", "0.50000000000000005551", "1152921504606846977",
+          "4503599627370497.5", "9007199254740993.0000000000001", "9007199254740992.9999999999999",
+          "0.1000000000000000055511151231257827"}) {
         EXPECT_EQ(Calc(midpoint), std::strtod(midpoint, nullptr)) << midpoint;
     }
     // A literal is read from its first 99 characters.

@@ -1,8 +1,10 @@
 // PC_LATOR: pieces, name binding, the regulator rule and the classifiers.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -31,9 +33,14 @@ struct Row {
             PC_LATOR::ProcessCalculator(formula, trace, names, values, Count());
         const double byArrays = PC_LATOR::ProcessCalculator(formula, arrayTrace, namePtrs.data(),
                                                             valuePtrs.data(), Count());
+        // Without a trace the pieces are read one by one: the same value.
+        const double untraced = PC_LATOR::EvaluateFormula(formula, names, values, Count());
         EXPECT_EQ(trace, arrayTrace) << formula;
         if (!std::isnan(byVectors)) {
             EXPECT_EQ(byVectors, byArrays) << formula;
+            EXPECT_EQ(byVectors, untraced) << formula;
+        } else {
+            EXPECT_TRUE(std::isnan(untraced)) << formula;
         }
         return byVectors;
     }
@@ -173,6 +180,50 @@ TEST(LatorBinding, LongValuesAndFormulas) {
     std::string formula = "L/L";
     for (int i = 0; i < 9; ++i) formula += "+L/L";
     EXPECT_EQ(PC_LATOR::ProcessCalculator(formula, trace, names, values, 1), 10.0);
+}
+
+// Formulas of names, numbers, operators and blanks, with values that are
+// plain numbers, negative, or texts that only read joined to their
+// neighbours: with and without a trace, the same value. (Texts with letters or
+// a leading point can end the process in the postfix conversion, with or
+// without a trace.)
+TEST(LatorBinding, UntracedAgreesWithTracedOnRandomFormulas) {
+    const Strings names = {"A", "B", "C", "_D_x", "T", "VCC"};
+    const Strings shapes[] = {
+        {"0.00000000000312000000", "-0.5", "25.50000000000000000000", "2.718282", "1.20", "3"},
+        {"-3", "5.", "1.2.3", "-0.25", "12", "0"},
+        {"7", "-7", "5.", "00012.50", "99999999999999999999.5", "2"},
+    };
+    const char* operands[] = {"A", "B",   "C",   "_D_x", "T",  "VCC",
+                              "2", "0.5", "1 2", "e",    "2A", "B2"};
+    const char* operators[] = {"+", "-", "*", "/", "^", " * ", "-"};
+    std::mt19937_64 random(5);
+    // expression := ["-"] operand | "(" expression ")", joined by operators.
+    std::function<std::string(int)> expression = [&](int depth) {
+        std::string text;
+        const int terms = 1 + static_cast<int>(random() % 4);
+        for (int t = 0; t < terms; ++t) {
+            if (t > 0) text += operators[random() % 7];
+            if (random() % 5 == 0) text += "-";
+            if (depth < 3 && random() % 4 == 0)
+                text += "(" + expression(depth + 1) + ")";
+            else
+                text += operands[random() % 12];
+        }
+        return text;
+    };
+    for (int i = 0; i < 20000; ++i) {
+        const Strings& values = shapes[i % 3];
+        const std::string formula = expression(0);
+        std::string trace;
+        const double traced = PC_LATOR::ProcessCalculator(formula, trace, names, values);
+        const double untraced = PC_LATOR::EvaluateFormula(formula, names, values);
+        if (std::isnan(traced)) {
+            ASSERT_TRUE(std::isnan(untraced)) << formula;
+        } else {
+            ASSERT_EQ(traced, untraced) << formula << " with " << values[0];
+        }
+    }
 }
 
 TEST(LatorLookup, FirstExactMatch) {

@@ -5,11 +5,13 @@
 #ifndef PWC_BASPCENGIN_H
 #define PWC_BASPCENGIN_H
 
+#include <cstdint>
 #include <cstdio>
 #include <functional>
 #include <map>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "baspcpanel/pc_panel.h"
@@ -634,7 +636,13 @@ class PC_ENG {
     struct ModelCaches {
         bool on = false;
         std::string key;  // reused key buffer
-        std::unordered_map<std::string, Coefficient> coefficients;
+        // By a hash of the five texts of the look-up, which each entry keeps
+        // to tell apart texts that share a hash.
+        struct KeyedCoefficient {
+            std::string block, item, sub, supply, letter;
+            Coefficient value;
+        };
+        std::unordered_multimap<std::uint64_t, KeyedCoefficient> coefficients;
         std::unordered_map<std::string, std::string> processX;
         // Equation per section and kind; null: the section has none.
         std::unordered_map<std::string, const std::pair<const std::string, Row>*> formulas;
@@ -672,6 +680,7 @@ class PC_ENG {
     // GetProcessX and GetKsupply without the copy.
     const std::string& ProcessXText(const Row& names, const Row& values);
     const std::string& KsupplyText(const std::string& supply) const;
+    mutable size_t lastKsupply = static_cast<size_t>(-1);  // KConstants() index of the last
     std::string LookUpProcessX(const std::string& process, const std::string& device,
                                const std::string& package, std::string speed,
                                const std::string& operating);
@@ -683,6 +692,9 @@ class PC_ENG {
         static constexpr int kUnknown = -2;  // not looked for yet; -1: absent
         const Row* names = nullptr;
         int freqHolder = kUnknown, afHolder = kUnknown, archName = kUnknown, device = kUnknown;
+        // "Process", "Device", "Package", "Speed", "Operating", as ProcessXText reads them.
+        bool processCellsKnown = false;
+        int processCells[5] = {-1, -1, -1, -1, -1};
     };
     RowNamePositions rowNames;
     struct RowNamesScope {

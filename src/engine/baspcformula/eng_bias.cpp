@@ -42,7 +42,7 @@ const BiasForm kBiasForms[] = {
 bool Listed(const char* const* items, const std::string& item) {
     if (!items) return true;
     for (; *items; ++items)
-        if (item == *items) return true;
+        if (item[0] == (*items)[0] && item == *items) return true;
     return false;
 }
 
@@ -77,7 +77,8 @@ double PC_ENG::BiasEquation(BiasKind kind, const std::string& equationSection,
         const bool listed = Listed(form.items, item);
         if (listed) d = kMilli * FindCoefficient(supply, block, item, "", "D").number;
         // Pre- and post-emphasis of the SERDES driver, already in amperes.
-        if (kind == BiasKind::Used && supply == "VCCHTX" && block == "SERDES IO" && item == "TX") {
+        if (kind == BiasKind::Used && Is(supply, "VCCHTX") && Is(block, "SERDES IO") &&
+            Is(item, "TX")) {
             const std::string& lpre = RowValue("LPRE_TOTAL", names, values);
             if (!lpre.empty()) d += ToNumber(lpre);
         }

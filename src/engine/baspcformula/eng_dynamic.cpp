@@ -381,14 +381,21 @@ const PC_ENG::Coefficient& PC_ENG::FindCoefficient(const std::string& supply,
                                                    const std::string& letter) {
     const Coefficient* found = nullptr;
     if (caches.on) {
-        std::string& key = caches.key;
-        JoinKey(key, {&block, &item, &sub, &supply, &letter});
-        auto it = caches.coefficients.find(key);
-        if (it == caches.coefficients.end())
-            it = caches.coefficients
-                     .emplace(key, LookUpCoefficient(supply, block, item, sub, letter))
-                     .first;
-        found = &it->second;
+        const std::uint64_t hash = HashTexts({&block, &item, &sub, &supply, &letter});
+        const auto range = caches.coefficients.equal_range(hash);
+        for (auto it = range.first; it != range.second && !found; ++it) {
+            const ModelCaches::KeyedCoefficient& e = it->second;
+            if (e.block == block && e.item == item && e.sub == sub && e.supply == supply &&
+                e.letter == letter)
+                found = &e.value;
+        }
+        if (!found)
+            found = &caches.coefficients
+                         .emplace(hash,
+                                  ModelCaches::KeyedCoefficient{
+                                      block, item, sub, supply, letter,
+                                      LookUpCoefficient(supply, block, item, sub, letter)})
+                         ->second.value;
     } else {
         coefficientScratch = LookUpCoefficient(supply, block, item, sub, letter);
         found = &coefficientScratch;

@@ -264,10 +264,12 @@ void PC_ENG::ModelCaches::Clear() {
 const std::string& PC_ENG::PrintFixed(double value, int precision) {
     unsigned long long bits = 0;
     std::memcpy(&bits, &value, sizeof bits);
-    const size_t slots = sizeof printedNumbers / sizeof printedNumbers[0];
+    static_assert(sizeof printedNumbers / sizeof printedNumbers[0] == 512, "top 9 bits index");
+    // The top bits of the product depend on every bit of the number: round
+    // numbers, which differ only in their exponent and first mantissa bits,
+    // spread over the slots too.
     PrintedNumber& slot =
-        printedNumbers[((bits * 0x9E3779B97F4A7C15ULL) >> 40 ^ static_cast<unsigned>(precision)) %
-                       slots];
+        printedNumbers[((bits ^ static_cast<unsigned>(precision)) * 0x9E3779B97F4A7C15ULL) >> 55];
     if (slot.bits != bits || slot.precision != precision) {
         PrintFixedTo(slot.text, value, precision);
         slot.bits = bits;

@@ -331,9 +331,17 @@ std::string PC_ENG::GetProcessX(const Row& names, const Row& values) {
 const std::string& PC_ENG::KsupplyText(const std::string& supply) const {
     static const std::string none;
     const auto& table = KConstants();
-    for (size_t i = 0; i < table.size(); ++i)
-        if (supply == table[i].supply) return i < kValues.size() ? kValues[i] : none;
-    return none;
+    // Most calls ask for the supply the call before asked for.
+    size_t found = table.size();
+    if (lastKsupply < table.size() && supply == table[lastKsupply].supply) {
+        found = lastKsupply;
+    } else {
+        for (size_t i = 0; i < table.size() && found == table.size(); ++i)
+            if (supply == table[i].supply) found = i;
+        lastKsupply = found;
+    }
+    if (found == table.size()) return none;
+    return found < kValues.size() ? kValues[found] : none;
 }
 
 const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
@@ -344,7 +352,14 @@ const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
                                                   "Operating"};
     const std::string* cell[5] = {&none, &none, &none, &none, &none};
     const size_t n = std::min(names.size(), values.size());
-    for (size_t i = 0, left = 5; i < n && left > 0; ++i) {
+    const bool framed = &names == rowNames.names;
+    if (framed && rowNames.processCellsKnown) {
+        for (int k = 0; k < 5; ++k)
+            if (rowNames.processCells[k] >= 0 && static_cast<size_t>(rowNames.processCells[k]) < n)
+                cell[k] = &values[static_cast<size_t>(rowNames.processCells[k])];
+    }
+    for (size_t i = 0, left = 5; !(framed && rowNames.processCellsKnown) && i < n && left > 0;
+         ++i) {
         const std::string& name = names[i];
         int k;
         switch (name.size()) {
@@ -365,9 +380,11 @@ const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
         }
         if (cell[k] == &none && name == kNames[k]) {
             cell[k] = &values[i];
+            if (framed) rowNames.processCells[k] = static_cast<int>(i);
             --left;
         }
     }
+    if (framed) rowNames.processCellsKnown = true;
     const std::string& process = *cell[0];
     const std::string& device = *cell[1];
     const std::string& package = *cell[2];

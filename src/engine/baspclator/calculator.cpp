@@ -85,9 +85,12 @@ bool ExtendedQuotient(std::uint64_t mantissa, std::ptrdiff_t decimals, double& m
     if constexpr (std::numeric_limits<long double>::digits != 64) {
         return false;
     } else {
-        static constexpr long double kPow10L[] = {
-            1e0L,  1e1L,  1e2L,  1e3L,  1e4L,  1e5L,  1e6L,  1e7L,  1e8L,  1e9L,  1e10L, 1e11L,
-            1e12L, 1e13L, 1e14L, 1e15L, 1e16L, 1e17L, 1e18L, 1e19L, 1e20L, 1e21L, 1e22L};
+        // Exact up to 10^27, whose factor 5^27 still fits 64 bits.
+        static constexpr long double kPow10L[] = {1e0L,  1e1L,  1e2L,  1e3L,  1e4L,  1e5L,  1e6L,
+                                                  1e7L,  1e8L,  1e9L,  1e10L, 1e11L, 1e12L, 1e13L,
+                                                  1e14L, 1e15L, 1e16L, 1e17L, 1e18L, 1e19L, 1e20L,
+                                                  1e21L, 1e22L, 1e23L, 1e24L, 1e25L, 1e26L, 1e27L};
+        if (decimals < 0 || decimals > 27) return false;
         const long double quotient = static_cast<long double>(mantissa) / kPow10L[decimals];
         int exponent = 0;
         const auto bits =
@@ -131,16 +134,31 @@ const char* ScanLiteral(const char* start, double& value) {
     }
     const std::ptrdiff_t fracCount = fracEnd - fracDigits;
     const std::ptrdiff_t decimals = fracEnd - fracBegin;
-    if ((intEnd - intBegin) + fracCount <= 19 && decimals <= 22) {
+    const std::ptrdiff_t intCount = intEnd - intBegin;
+    double magnitude = 0.0;
+    if (intCount + fracCount <= 19) {
         const std::uint64_t mantissa =
             ReadDigits(intBegin, intEnd) * kPow10U64[fracCount] + ReadDigits(fracDigits, fracEnd);
-        if (mantissa <= (1ULL << 53)) {
-            const double magnitude = static_cast<double>(mantissa) / kExactPow10[decimals];
+        if (mantissa <= (1ULL << 53) && decimals <= 22) {
+            magnitude = static_cast<double>(mantissa) / kExactPow10[decimals];
             value = negative ? -magnitude : magnitude;
             return end;
         }
-        double magnitude = 0.0;
         if (ExtendedQuotient(mantissa, decimals, magnitude)) {
+            value = negative ? -magnitude : magnitude;
+            return end;
+        }
+    } else if (intCount <= 19) {
+        // More digits than 64 bits hold: the first 19 and the next number up
+        // bound the value from both sides (a later digit is not zero), and
+        // where both bounds round to one double, so does the value.
+        const std::ptrdiff_t taken = 19 - intCount;
+        const std::uint64_t low = ReadDigits(intBegin, intEnd) * kPow10U64[taken] +
+                                  ReadDigits(fracDigits, fracDigits + taken);
+        const std::ptrdiff_t scale = (fracDigits - fracBegin) + taken;
+        double high = 0.0;
+        if (ExtendedQuotient(low, scale, magnitude) && ExtendedQuotient(low + 1, scale, high) &&
+            magnitude == high) {
             value = negative ? -magnitude : magnitude;
             return end;
         }

@@ -216,12 +216,27 @@ class NameIndex {
 
 class VectorRow {
   public:
-    VectorRow(const std::vector<std::string>& n, const std::vector<std::string>& v, int count)
-        : names(n), values(v), count(count) {
+    // inOrder: the names are the formula's own pieces in their order, and a
+    // repeated name has the same value at each place, so the next place is
+    // tried before the index.
+    VectorRow(const std::vector<std::string>& n, const std::vector<std::string>& v, int count,
+              bool inOrder = false)
+        : names(n), values(v), count(count), inOrder(inOrder) {
         limit = static_cast<int>(std::min(names.size(), values.size()));
         if (count >= 0) limit = std::min(limit, count);
     }
     std::string_view Find(std::string_view name) {
+        if (inOrder) {
+            // The formula's numbers hold places of their own: try one further too.
+            for (int i = cursor; i < limit && i < cursor + 2; ++i) {
+                const std::string& candidate = names[static_cast<std::size_t>(i)];
+                if (candidate.size() == name.size() &&
+                    std::memcmp(candidate.data(), name.data(), name.size()) == 0) {
+                    cursor = i + 1;
+                    return Value(i);
+                }
+            }
+        }
         if (limit > NameIndex::kMaxNames) return FindInVectors(name, names, values, count);
         if (!indexed) {
             index.Build(limit, [&](int i) {
@@ -234,8 +249,8 @@ class VectorRow {
             const std::string& candidate = names[static_cast<std::size_t>(i)];
             if (candidate.size() == name.size() &&
                 std::memcmp(candidate.data(), name.data(), name.size()) == 0) {
-                const std::string& value = values[static_cast<std::size_t>(i)];
-                return {value.data(), std::min(value.size(), PC_LATOR::kValueBufferSize - 1)};
+                cursor = i + 1;
+                return Value(i);
             }
         }
         return {};
@@ -243,9 +258,17 @@ class VectorRow {
     bool Regulated() const { return PC_LATOR::IsRegulatorBeingUsed(names, values, count); }
 
   private:
+    // As read through the class's value buffer.
+    std::string_view Value(int i) const {
+        const std::string& value = values[static_cast<std::size_t>(i)];
+        return {value.data(), std::min(value.size(), PC_LATOR::kValueBufferSize - 1)};
+    }
+
     const std::vector<std::string>& names;
     const std::vector<std::string>& values;
     int count;
+    bool inOrder;
+    int cursor = 0;
     int limit;
     bool indexed = false;
     NameIndex index;
@@ -477,7 +500,7 @@ double PC_LATOR::ProcessCalculator(const std::string& formula, std::string& trac
 
 double PC_LATOR::EvaluateFormula(const std::string& formula, const std::vector<std::string>& names,
                                  const std::vector<std::string>& values, int count) {
-    VectorRow row(names, values, count);
+    VectorRow row(names, values, count, true);
     return Process(formula, nullptr, row);
 }
 

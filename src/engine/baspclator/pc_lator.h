@@ -127,7 +127,9 @@ class PC_LATOR {
                                     const std::vector<std::string>& names,
                                     const std::vector<std::string>& values, int count = -1);
 
-    // The same value without the trace, for a caller that shows none.
+    // The same value without the trace, for a caller that shows none and
+    // binds by name: names are the formula's pieces in their order (numbers
+    // included), and a repeated name has the same value at each place.
     static double EvaluateFormula(const std::string& formula, const std::vector<std::string>& names,
                                   const std::vector<std::string>& values, int count = -1);
 
