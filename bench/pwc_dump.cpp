@@ -153,6 +153,12 @@ std::vector<Scenario> Scenarios() {
         const std::string file = std::string(project) + ".pcf";
         all.push_back({project, [file](const std::string& log) { return Project(file, log); }});
     }
+    // Each again with the log closed: the engine takes other paths then.
+    const size_t open = all.size();
+    for (size_t i = 0; i < open; ++i) {
+        auto run = all[i].run;
+        all.push_back({all[i].name + "-log-closed", [run](const std::string&) { return run(""); }});
+    }
     return all;
 }
 
