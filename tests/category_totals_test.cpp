@@ -17,17 +17,6 @@ namespace {
 
 const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new SampleDataEnvironment);
 
-DeviceStrings Dunmar() {
-    DeviceStrings d;
-    d.arch = "wd7r00";
-    d.family = "Dunmar";
-    d.device = "WRD-1200R";
-    d.package = "CABGA256";
-    d.speed = "2";
-    d.part = "WRD-1200R";
-    return d;
-}
-
 const char* const kVccioColumns[] = {"Dyn. VCCIO Pwr (W)", "Leakage VCCIO Pwr (W)",
                                      "DCbias VCCIO Pwr (W)"};
 const char* const kUnusedVccioColumns[] = {"Unused Leakage VCCIO Pwr (W)",
@@ -45,17 +34,6 @@ double VccioShare(PC_ENG& eng, const std::string& panel) {
     for (const char* c : kVccioColumns) sum += ColumnSum(TabTable(eng, panel, nullptr), c);
     for (const char* c : kUnusedVccioColumns) sum += Cell(TotalTable(eng, panel), 0, c);
     return sum;
-}
-
-double BlockRow(PC_ENG& eng, const std::string& block) {
-    PD_TABLE* t = eng.GetBlockTable();
-    return Num(t->GetValueAt(t->GetRowNumber(block), 1));
-}
-
-double PowerRow(PC_ENG& eng, const std::string& supply, int column) {
-    const int row = eng.GetSupplyTable()->GetRowNumber(supply);
-    EXPECT_GE(row, 0) << supply;
-    return Num(eng.GetPowerTable()->GetValueAt(row, column));
 }
 
 // A block's column of the power matrix over all supply rows.

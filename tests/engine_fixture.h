@@ -110,6 +110,30 @@ inline int AddRow(PD_TABLE* t, const std::map<std::string, std::string>& cells) 
     return t->GetNumOfRows() - 1;
 }
 
+// The category-supply sample part.
+inline DeviceStrings Dunmar() {
+    DeviceStrings d;
+    d.arch = "wd7r00";
+    d.family = "Dunmar";
+    d.device = "WRD-1200R";
+    d.package = "CABGA256";
+    d.speed = "2";
+    d.part = "WRD-1200R";
+    return d;
+}
+
+// A block's watts in the "Block" table, and a supply's static (0) or
+// dynamic (1) watts in the "Power" table.
+inline double BlockRow(PC_ENG& eng, const std::string& block) {
+    PD_TABLE* t = eng.GetBlockTable();
+    return Num(t->GetValueAt(t->GetRowNumber(block), 1));
+}
+inline double PowerRow(PC_ENG& eng, const std::string& supply, int column) {
+    const int row = eng.GetSupplyTable()->GetRowNumber(supply);
+    EXPECT_GE(row, 0) << supply;
+    return Num(eng.GetPowerTable()->GetValueAt(row, column));
+}
+
 // The full value behind a (possibly rounded) cell; 0 for an absent column.
 inline double Cell(PD_TABLE* t, int row, const std::string& column) {
     const int c = t->GetColumnIndex(column.c_str());

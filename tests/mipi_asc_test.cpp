@@ -9,8 +9,10 @@
 
 #include "engine_fixture.h"
 
+using pwctest::BlockRow;
 using pwctest::Cell;
 using pwctest::Num;
+using pwctest::PowerRow;
 
 namespace {
 
@@ -23,17 +25,6 @@ pwctest::DeviceStrings Jorvik(const std::string& package) {
     d.speed = "1";
     d.part = "JV-17";
     return d;
-}
-
-double BlockRow(PC_ENG& eng, const std::string& block) {
-    PD_TABLE* t = eng.GetBlockTable();
-    return Num(t->GetValueAt(t->GetRowNumber(block), 1));
-}
-
-double PowerRow(PC_ENG& eng, const std::string& supply, int column) {
-    const int row = eng.GetSupplyTable()->GetRowNumber(supply);
-    EXPECT_GE(row, 0) << supply;
-    return Num(eng.GetPowerTable()->GetValueAt(row, column));
 }
 
 // An engine on a Jorvik package whose D-PHY tab holds the given rows.

@@ -23,17 +23,6 @@ void Write(const std::string& path, const std::string& text) {
     std::ofstream(path) << text;
 }
 
-DeviceStrings Dunmar() {
-    DeviceStrings d;
-    d.arch = "wd7r00";
-    d.family = "Dunmar";
-    d.device = "WRD-1200R";
-    d.package = "CABGA256";
-    d.speed = "2";
-    d.part = "WRD-1200R";
-    return d;
-}
-
 // An engine on the demo design, its ports read from `dir` under `stem`.
 std::unique_ptr<PC_ENG> PfrEngine(DeviceStrings& d, PD_DATA* project, const std::string& stem,
                                   const std::string& dir = ProjectsDir()) {
