@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "host.h"
+#include "engine_fixture.h"
+#include "host_fixture.h"
 
 namespace {
 
@@ -16,25 +17,10 @@ using Json = nlohmann::json;
 const std::string kData = PWC_TEST_DATA_DIR;
 const std::string kDemo = kData + "/projects/demo.pcf";
 
-class DataEnvironment : public ::testing::Environment {
-  public:
-    void SetUp() override { setenv("PWC_DATA_DIR", (kData + "/devices").c_str(), 1); }
-};
-const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new DataEnvironment);
+const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new pwctest::SampleDataEnvironment);
 
-struct PwcRun {
-    int code;
-    std::string out, err;
-};
-
-PwcRun Pwc(std::vector<std::string> args) {
-    args.insert(args.begin(), "pwc");
-    std::vector<const char*> argv;
-    for (const std::string& a : args) argv.push_back(a.c_str());
-    std::ostringstream out, err;
-    const int code = pwchost::RunPwc(static_cast<int>(argv.size()), argv.data(), out, err);
-    return {code, out.str(), err.str()};
-}
+using pwctest::Pwc;
+using pwctest::PwcRun;
 
 double RoutingUsed(const Json& j, const std::string& cls, const char* field = "used") {
     for (const Json& r : j["estimation"]["routing"])

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "engine_fixture.h"
-#include "host.h"
+#include "host_fixture.h"
 
 namespace {
 
@@ -17,18 +17,8 @@ using Json = nlohmann::json;
 
 const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new pwctest::SampleDataEnvironment);
 
-struct Result {
-    int code;
-    std::string out, err;
-};
-
-Result Pwc(const std::vector<std::string>& args) {
-    std::vector<const char*> argv{"pwc"};
-    for (const std::string& a : args) argv.push_back(a.c_str());
-    std::ostringstream out, err;
-    const int code = pwchost::RunPwc(static_cast<int>(argv.size()), argv.data(), out, err);
-    return {code, out.str(), err.str()};
-}
+using Result = pwctest::PwcRun;
+using pwctest::Pwc;
 
 double BlockOf(const Json& report, const std::string& name) {
     for (const Json& b : report["blocks"])

@@ -16,7 +16,8 @@
 #include <tuple>
 #include <vector>
 
-#include "host.h"
+#include "engine_fixture.h"
+#include "host_fixture.h"
 
 namespace {
 
@@ -26,24 +27,10 @@ using Json = nlohmann::json;
 const std::string kData = PWC_TEST_DATA_DIR;
 const std::string kDemo = kData + "/projects/demo.pcf";
 
-class HostEnvironment : public ::testing::Environment {
-  public:
-    void SetUp() override { setenv("PWC_DATA_DIR", (kData + "/devices").c_str(), 1); }
-};
-const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new HostEnvironment);
+const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new pwctest::SampleDataEnvironment);
 
-struct Result {
-    int code;
-    std::string out, err;
-};
-
-Result Pwc(const std::vector<std::string>& args) {
-    std::vector<const char*> argv{"pwc"};
-    for (const std::string& a : args) argv.push_back(a.c_str());
-    std::ostringstream out, err;
-    const int code = pwchost::RunPwc(static_cast<int>(argv.size()), argv.data(), out, err);
-    return {code, out.str(), err.str()};
-}
+using Result = pwctest::PwcRun;
+using pwctest::Pwc;
 
 // The --json report of a project, with extra arguments.
 Json Calc(const std::string& project, std::vector<std::string> extra = {}) {

@@ -10,7 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "host.h"
+#include "engine_fixture.h"
+#include "host_fixture.h"
 
 namespace {
 
@@ -19,18 +20,12 @@ using Json = nlohmann::json;
 
 const std::string kData = PWC_TEST_DATA_DIR;
 
-class PfrCliEnvironment : public ::testing::Environment {
-  public:
-    void SetUp() override { setenv("PWC_DATA_DIR", (kData + "/devices").c_str(), 1); }
-};
-const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new PfrCliEnvironment);
+const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new pwctest::SampleDataEnvironment);
 
 Json Calc(const std::string& project) {
-    std::vector<const char*> argv{"pwc", "calc", project.c_str(), "--json"};
-    std::ostringstream out, err;
-    const int code = pwchost::RunPwc(static_cast<int>(argv.size()), argv.data(), out, err);
-    EXPECT_EQ(code, 0) << err.str();
-    return code == 0 ? Json::parse(out.str()) : Json::object();
+    const pwctest::PwcRun r = pwctest::Pwc({"calc", project, "--json"});
+    EXPECT_EQ(r.code, 0) << r.err;
+    return r.code == 0 ? Json::parse(r.out) : Json::object();
 }
 
 double Block(const Json& report, const std::string& name) {

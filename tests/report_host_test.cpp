@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "host.h"
+#include "host_fixture.h"
 
 namespace {
 
@@ -29,18 +29,8 @@ class HostEnvironment : public ::testing::Environment {
 };
 const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new HostEnvironment);
 
-struct Result {
-    int code;
-    std::string out, err;
-};
-
-Result Pwc(const std::vector<std::string>& args) {
-    std::vector<const char*> argv{"pwc"};
-    for (const std::string& a : args) argv.push_back(a.c_str());
-    std::ostringstream out, err;
-    const int code = pwchost::RunPwc(static_cast<int>(argv.size()), argv.data(), out, err);
-    return {code, out.str(), err.str()};
-}
+using Result = pwctest::PwcRun;
+using pwctest::Pwc;
 
 std::string ReadFile(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "engine_fixture.h"
-#include "host.h"
+#include "host_fixture.h"
 #include "svg_chart.h"
 
 namespace {
@@ -24,19 +24,8 @@ const std::string kData = PWC_TEST_DATA_DIR;
 const std::string kDemo = kData + "/projects/demo.pcf";
 const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new pwctest::SampleDataEnvironment);
 
-struct PwcRun {
-    int code;
-    std::string out, err;
-};
-
-PwcRun Pwc(std::vector<std::string> args) {
-    args.insert(args.begin(), "pwc");
-    std::vector<const char*> argv;
-    for (const std::string& a : args) argv.push_back(a.c_str());
-    std::ostringstream out, err;
-    const int code = pwchost::RunPwc(static_cast<int>(argv.size()), argv.data(), out, err);
-    return {code, out.str(), err.str()};
-}
+using pwctest::Pwc;
+using pwctest::PwcRun;
 
 std::string ReadFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
