@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "baspcengin.h"
@@ -344,22 +345,16 @@ const std::string& PC_ENG::KsupplyText(const std::string& supply) const {
     return found < kValues.size() ? kValues[found] : none;
 }
 
-const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
-    // The five cells in one walk over the row; the first of each name counts.
-    // The names differ in length but for "Process" and "Package".
-    static const std::string none;
+namespace {
+
+// Where "Process", "Device", "Package", "Speed" and "Operating" stand among
+// the first n names, in one walk: the first of each; -1 where absent. The
+// names differ in length but for "Process" and "Package".
+void FindProcessCells(const PC_ENG::Row& names, size_t n, int (&at)[5]) {
     static constexpr std::string_view kNames[] = {"Process", "Device", "Package", "Speed",
                                                   "Operating"};
-    const std::string* cell[5] = {&none, &none, &none, &none, &none};
-    const size_t n = std::min(names.size(), values.size());
-    const bool framed = &names == rowNames.names;
-    if (framed && rowNames.processCellsKnown) {
-        for (int k = 0; k < 5; ++k)
-            if (rowNames.processCells[k] >= 0 && static_cast<size_t>(rowNames.processCells[k]) < n)
-                cell[k] = &values[static_cast<size_t>(rowNames.processCells[k])];
-    }
-    for (size_t i = 0, left = 5; !(framed && rowNames.processCellsKnown) && i < n && left > 0;
-         ++i) {
+    std::fill(std::begin(at), std::end(at), -1);
+    for (size_t i = 0, left = 5; i < n && left > 0; ++i) {
         const std::string& name = names[i];
         int k;
         switch (name.size()) {
@@ -378,25 +373,40 @@ const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
             default:
                 continue;
         }
-        if (cell[k] == &none && name == kNames[k]) {
-            cell[k] = &values[i];
-            if (framed) rowNames.processCells[k] = static_cast<int>(i);
+        if (at[k] < 0 && name == kNames[k]) {
+            at[k] = static_cast<int>(i);
             --left;
         }
     }
-    if (framed) rowNames.processCellsKnown = true;
-    const std::string& process = *cell[0];
-    const std::string& device = *cell[1];
-    const std::string& package = *cell[2];
-    const std::string& speed = *cell[3];
-    const std::string& operating = *cell[4];
+}
+
+}  // namespace
+
+const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
+    static const std::string none;
+    const size_t n = std::min(names.size(), values.size());
+    // The frame's names are walked once per table.
+    int found[5];
+    const int* at = found;
+    if (&names == rowNames.names) {
+        if (!rowNames.processCellsKnown) FindProcessCells(names, n, rowNames.processCells);
+        rowNames.processCellsKnown = true;
+        at = rowNames.processCells;
+    } else {
+        FindProcessCells(names, n, found);
+    }
+    const std::string* cell[5];
+    for (int k = 0; k < 5; ++k)
+        cell[k] = at[k] >= 0 && static_cast<size_t>(at[k]) < n ? &values[static_cast<size_t>(at[k])]
+                                                               : &none;
+    const std::string &process = *cell[0], &device = *cell[1], &package = *cell[2],
+                      &speed = *cell[3], &operating = *cell[4];
     if (!caches.on)
         return processXScratch = LookUpProcessX(process, device, package, speed, operating);
     ModelCaches::LastProcessX& last = caches.lastProcessX;
-    const std::string* parts[5] = {&process, &device, &package, &speed, &operating};
     if (last.value) {
         int same = 0;
-        while (same < 5 && last.parts[same] == *parts[same]) ++same;
+        while (same < 5 && last.parts[same] == *cell[same]) ++same;
         if (same == 5) return *last.value;
     }
     std::string& key = caches.key;
@@ -406,7 +416,7 @@ const std::string& PC_ENG::ProcessXText(const Row& names, const Row& values) {
         it =
             caches.processX.emplace(key, LookUpProcessX(process, device, package, speed, operating))
                 .first;
-    for (int k = 0; k < 5; ++k) last.parts[k] = *parts[k];
+    for (int k = 0; k < 5; ++k) last.parts[k] = *cell[k];
     last.value = &it->second;
     return it->second;
 }
