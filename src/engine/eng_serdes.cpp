@@ -66,42 +66,35 @@ SerdesFrameData MakeSerdesFrame() {
         const char* dyn = d.Keep("Dyn. " + S + " Pwr (W)");
         const char* leak = d.Keep("Leakage " + S + " Pwr (W)");
         const char* bias = d.Keep("DCbias " + S + " Pwr (W)");
-        pcs.passes.push_back({s.supply,
-                              "PCS",
-                              s.category,
-                              runIf,
-                              false,
-                              &PC_ENG::ProcessPCSSERDESdyn,
-                              &PC_ENG::ProcessPCSSERDESleakUsed,
-                              &PC_ENG::ProcessPCSSERDESbiasUsed,
-                              dyn,
-                              leak,
-                              bias,
-                              {d.Keep("PowerDynPCS" + tag + " row("),
-                               d.Keep(") = IccDynPCS" + tag + " * " + tag + " = ")},
-                              {d.Keep("PowerLeakPCSused" + cap + " row("),
-                               d.Keep(") = IccLeakPCSused" + cap + " * " + tag + " = ")},
-                              {d.Keep("PowerBiasPCSused" + cap + " row("),
-                               d.Keep(") = IccBiasPCSused" + cap + " * " + tag + " = ")}});
+        // The log words name the block ("PCS", "SERDESAUX") and the supply.
+        auto pass = [&](const char* section, const std::string& word, PC_ENG::ProcessMember dynM,
+                        PC_ENG::ProcessMember leakM, PC_ENG::ProcessMember biasM) {
+            return PC_ENG::SupplyPass{
+                s.supply,
+                section,
+                s.category,
+                runIf,
+                false,
+                dynM,
+                leakM,
+                biasM,
+                dyn,
+                leak,
+                bias,
+                {d.Keep("PowerDyn" + word + tag + " row("),
+                 d.Keep(") = IccDyn" + word + tag + " * " + tag + " = ")},
+                {d.Keep("PowerLeak" + word + "used" + cap + " row("),
+                 d.Keep(") = IccLeak" + word + "used" + cap + " * " + tag + " = ")},
+                {d.Keep("PowerBias" + word + "used" + cap + " row("),
+                 d.Keep(") = IccBias" + word + "used" + cap + " * " + tag + " = ")}};
+        };
+        pcs.passes.push_back(pass("PCS", "PCS", &PC_ENG::ProcessPCSSERDESdyn,
+                                  &PC_ENG::ProcessPCSSERDESleakUsed,
+                                  &PC_ENG::ProcessPCSSERDESbiasUsed));
         if (s.txpll)
-            aux.passes.push_back(
-                {s.supply,
-                 "SERDES AUX",
-                 s.category,
-                 runIf,
-                 false,
-                 &PC_ENG::ProcessSERDESAUXdyn,
-                 &PC_ENG::ProcessSERDESAUXleakUsed,
-                 &PC_ENG::ProcessSERDESAUXbiasUsed,
-                 dyn,
-                 leak,
-                 bias,
-                 {d.Keep("PowerDynSERDESAUX" + tag + " row("),
-                  d.Keep(") = IccDynSERDESAUX" + tag + " * " + tag + " = ")},
-                 {d.Keep("PowerLeakSERDESAUXused" + cap + " row("),
-                  d.Keep(") = IccLeakSERDESAUXused" + cap + " * " + tag + " = ")},
-                 {d.Keep("PowerBiasSERDESAUXused" + cap + " row("),
-                  d.Keep(") = IccBiasSERDESAUXused" + cap + " * " + tag + " = ")}});
+            aux.passes.push_back(pass("SERDES AUX", "SERDESAUX", &PC_ENG::ProcessSERDESAUXdyn,
+                                      &PC_ENG::ProcessSERDESAUXleakUsed,
+                                      &PC_ENG::ProcessSERDESAUXbiasUsed));
         d.frame.unused.push_back(
             {s.supply, "PCS", s.category, runIf, &PC_ENG::ProcessPCSSERDESleakUnused,
              &PC_ENG::ProcessPCSSERDESbiasUnused, d.Keep("Unused Leakage " + S + " Pwr (W)"),
